@@ -1,0 +1,35 @@
+# A box is one library of the architecture. Its headers are reached as "<box>/<header>", and only by
+# targets that link the box: each box gets an include directory of its own that holds nothing but a
+# link to its folder. An include that the architecture forbids therefore doesn't compile.
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(varzelin_warnings INTERFACE)
+target_compile_options(varzelin_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# varzelin_box(<path below src> [USES <box targets>...]): a library from all sources in the folder.
+# The target's name is the path with '_' for '/'.
+function(varzelin_box path)
+  cmake_parse_arguments(BOX "" "" "USES" ${ARGN})
+  string(REPLACE "/" "_" target ${path})
+  set(folder ${PROJECT_SOURCE_DIR}/src/${path})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  file(GLOB headers CONFIGURE_DEPENDS ${folder}/*.h)
+  set(include_root ${PROJECT_BINARY_DIR}/include/${target})
+  get_filename_component(link_parent ${include_root}/${path} DIRECTORY)
+  file(MAKE_DIRECTORY ${link_parent})
+  file(CREATE_LINK ${folder} ${include_root}/${path} SYMBOLIC)
+  if(sources)
+    add_library(${target} STATIC ${sources} ${headers})
+    target_include_directories(${target} PUBLIC ${include_root})
+    target_link_libraries(${target} PUBLIC ${BOX_USES} PRIVATE varzelin_warnings)
+  else()
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE ${include_root})
+    target_link_libraries(${target} INTERFACE ${BOX_USES})
+  endif()
+endfunction()
