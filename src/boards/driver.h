@@ -78,11 +78,11 @@ struct EventTable {
 
 // What an observer is told of a finished call.
 struct CallRecord {
-  const char* call;              // the operation's name, e.g. "WDU_Transfer"
+  const char* call;  // the operation's name, e.g. "WDU_Transfer"
   Status status;
-  bool transfer = false;         // the fields below are of a transfer
+  bool transfer = false;  // the fields below are of a transfer
   std::int32_t pipe = 0;
-  std::size_t size = 0;          // bytes asked for
+  std::size_t size = 0;                  // bytes asked for
   std::span<const std::uint8_t> data{};  // bytes that went through
 };
 

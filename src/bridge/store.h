@@ -1,0 +1,114 @@
+// The shared store: the program-wide variables, one instance each. Flags are 16-bit integers, 0 false
+// and -1 true. The console and the tests reach them by name (store_access.h).
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "boards/driver.h"
+
+namespace forms {
+class Form;
+}
+
+namespace varzelin {
+
+using Flag = std::int16_t;
+inline constexpr Flag false_flag = 0;
+inline constexpr Flag true_flag = -1;
+constexpr Flag flag(bool value) {
+  return value ? true_flag : false_flag;
+}
+
+// What the kit's notifications are handed: the session's wanted interface and the device found.
+struct DevCtx {
+  std::int32_t interface_number = 0;
+  std::int32_t alternate = 0;
+  boards::Handle device = 0;  // 0: none attached
+  boards::Status last_status = boards::success;
+};
+
+struct Store {
+  // --- start panel ---
+  std::string Rev_Sel;  // chip revision, "A" or "B"
+
+  // --- driver session ---
+  Flag Usb_Open = 0;            // the session is open
+  Flag Man_Usb_Conn = 0;        // the user (or a loop) holds the session: actions neither open nor close it
+  Flag Usb_Attached = 0;        // the board is attached; nothing reads it
+  std::int32_t Usb_Status = 0;  // status of the last driver call, 0 is success
+  boards::Handle Drv_Handle = 0;
+  boards::Handle Dev_Handle = 0;  // device handle for transfers, copied from Dev_Ctx
+  DevCtx Dev_Ctx;
+  Flag Log_Error = 0;  // an error was logged and no driver call has succeeded since
+
+  // --- transfers ---
+  std::int32_t Pipe_Num = 0;
+  std::int32_t Xfer_Size = 0;          // bytes of the next transfer
+  std::vector<std::uint8_t> Xfer_Buf;  // after a read it holds the reply
+  std::int16_t I2C_Pipe = 2;           // OUT pipe of I2C; the IN pipe is 128 above it
+  std::uint8_t I2C_WrAdr = 0x88;       // 8-bit bus address, R/W bit clear
+  std::uint8_t I2C_RdAdr = 0x89;       // always I2C_WrAdr + 1, but for what a panel does to it
+  std::int16_t I2C_RdCnt = 0;          // bytes of the read in hand
+  std::int16_t I2C_WrCnt = 0;          // bytes of the write in hand
+  Flag Sample_Run = 0;                 // a panel's real-time loop runs
+
+  // --- GPIO: output enables of port B and C, data of port B and C ---
+  std::array<std::uint8_t, 4> Gpio_Image{};
+
+  // --- chart ---
+  std::array<std::int32_t, 411> Trace_Y{};  // pixel row of the trace by column; 1 is the top, 1 when cleared
+  std::array<std::array<std::int32_t, 405>, 405> Screen_Pixels{};  // [column][row] of the empty chart
+  std::int32_t Trace_Pos = 403;                                    // leftmost column reached plus one
+  std::int32_t Scale_Max = 0;                                      // vertical scale, reading units
+  std::int32_t Scale_Min = 0;
+  std::int32_t Scale_Span = 0;
+  std::uint8_t Trace_Red = 0;  // colour of the scrolling trace
+  std::uint8_t Trace_Green = 0;
+  std::uint8_t Trace_Blue = 0;
+  std::array<std::string, 11> Label_Left;  // 0 is the bottom line
+  std::array<std::string, 11> Label_Right;
+  std::array<std::string, 11> Label_Time;  // 0 is the newest sample, on the right
+  std::string GraphUnit1 = "AD Cnt";       // headings of the label columns
+  std::string GraphUnit2 = "AD Cnt";
+
+  // --- sampling ---
+  Flag AbortRequested = 0;  // a stop of the timed sampling loop was asked
+  Flag TriggerDone = 0;     // a conversion was started and its reading not yet fetched
+  Flag SingleReading = 0;   // one reading a sample (I2C_RdCnt 2), else two (4)
+  std::int32_t IntervalMs = 0;
+  std::int32_t Sample_Count = 0;                   // next slot of Sample_Value, 0 to 1010
+  std::array<std::int32_t, 1011> Sample_Value{};   // first reading of each sample
+  std::array<std::int32_t, 1011> Sample_Value2{};  // second reading
+  double IntegrationMs = 0;                        // counts up while Tmr_Integration runs
+  Flag EventsEnabled = 0;                          // false while a handler moves option buttons itself
+  std::int32_t Reading = 0;                        // latest value to plot, display units
+  double PeakReading = 0;                          // greatest Reading of the collection
+  std::int16_t Board_Rev = 2;
+  std::array<std::uint8_t, 9> RegImage{};  // a panel's image of the writable registers, r0 first
+
+  // --- deferred register work: asked for while a loop runs, done by the loop ---
+  Flag PendingUpdate = 0;  // at least one of the next six is set
+  Flag PendingClearInt = 0;
+  Flag PendingReadRegs = 0;
+  Flag PendingWriteR0 = 0;
+  Flag PendingWriteR1 = 0;
+  Flag PendingIntHigh = 0;
+  Flag PendingIntLow = 0;
+
+  // --- lamp colours, indices of the platform's 16-colour table ---
+  double Clr_Black = 0;  // never assigned
+  double Clr_DkGreen = 0;
+  double Clr_Gray = 0;
+  double Clr_Blue = 0;
+  double Clr_LtGreen = 0;
+  double Clr_Red = 0;
+  double Clr_White = 0;
+
+  // The form in front. Null before the first form came forward, and when its object is gone.
+  forms::Form* Active_Form = nullptr;
+};
+
+}  // namespace varzelin

@@ -1,0 +1,159 @@
+#include "forms/runtime.h"
+
+#include <algorithm>
+
+#include "forms/controls.h"
+#include "forms/form.h"
+#include "forms/form_set.h"
+
+namespace forms {
+
+std::vector<int> MessageBox::answers() const {
+  switch (buttons & 7) {
+    case vbOKCancel:
+      return {vbOK, vbCancel};
+    case vbYesNoCancel:
+      return {vbYes, vbNo, vbCancel};
+    case vbYesNo:
+      return {vbYes, vbNo};
+    case vbRetryCancel:
+      return {vbRetry, vbCancel};
+    default:
+      return {vbOK};
+  }
+}
+
+Runtime::Runtime(Clock& clock, FrontEnd& front_end) : clock_(clock), front_end_(&front_end) {}
+Runtime::~Runtime() = default;
+
+void Runtime::DoEvents() {
+  clock_.yielded();
+  front_end_->yield();
+  service();
+}
+
+void Runtime::service() {
+  if (poll) poll();
+  if (!timers_.empty()) {
+    const auto now = clock_.now();
+    if (now >= next_due_) fire_due_timers(now);
+  }
+  while (!queue_.empty()) {
+    const auto event = std::move(queue_.front());
+    queue_.pop_front();
+    dispatch(event);
+  }
+}
+
+void Runtime::Sleep(std::int64_t milliseconds) {
+  if (milliseconds > 0) front_end_->sleep(clock_, std::chrono::milliseconds(milliseconds));
+}
+
+std::uint32_t Runtime::timeGetTime() const {
+  return static_cast<std::uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(clock_.now()).count());
+}
+
+void Runtime::timeBeginPeriod(unsigned /*milliseconds*/) {}
+
+int Runtime::MsgBox(std::string text, int buttons, std::string title) {
+  const MessageBox box{std::move(text), buttons, std::move(title)};
+  return silent_dialogs_ > 0 ? box.answers().back() : front_end_->message_box(box);
+}
+
+std::optional<std::string> Runtime::InputBox(std::string prompt, std::string title,
+                                             std::string default_text) {
+  if (silent_dialogs_ > 0) return std::nullopt;
+  return front_end_->input_box({std::move(prompt), std::move(title), std::move(default_text)});
+}
+
+std::optional<std::string> Runtime::file_dialog(const FileDialog& dialog) {
+  if (silent_dialogs_ > 0) return std::nullopt;
+  return front_end_->file_dialog(dialog);
+}
+
+void Runtime::end() {
+  ended_ = true;
+  throw EndProgram{};
+}
+
+void Runtime::run(FormSet& forms) {
+  try {
+    while (!ended_) {
+      service();
+      forms.sweep();
+      if (forms.all_loaded().empty()) break;
+      if (queue_.empty()) front_end_->idle(until_next_timer());
+    }
+  } catch (const EndProgram&) {
+  }
+  ended_ = true;
+}
+
+std::optional<Clock::Duration> Runtime::until_next_timer() const {
+  if (next_due_ == Clock::Duration::max()) return std::nullopt;
+  return std::max(Clock::Duration::zero(), next_due_ - clock_.now());
+}
+
+void Runtime::find_next_due() {
+  next_due_ = Clock::Duration::max();
+  for (const RunningTimer& running : timers_) {
+    if (!running.in_handler) next_due_ = std::min(next_due_, running.due);
+  }
+}
+
+// A timer doesn't fire into its own handler, and ticks that were missed come as one.
+void Runtime::fire_due_timers(Clock::Duration now) {
+  std::vector<Timer*> due;
+  for (RunningTimer& running : timers_) {
+    if (running.in_handler || running.due > now) continue;
+    while (running.due <= now) running.due += running.interval;
+    due.push_back(running.timer);
+  }
+  find_next_due();
+  const auto find = [this](const Timer* timer) {
+    return std::ranges::find_if(timers_, [&](const RunningTimer& running) { return running.timer == timer; });
+  };
+  for (Timer* timer : due) {
+    const auto running = find(timer);
+    if (running == timers_.end()) continue;  // an earlier handler stopped it
+    running->in_handler = true;
+    dispatch([&] { timer->raise(Event::Timer); });
+    const auto after = find(timer);
+    if (after != timers_.end()) after->in_handler = false;
+    find_next_due();
+  }
+}
+
+void Runtime::start_timer(Timer& timer, Clock::Duration interval) {
+  stop_timer(timer);
+  timers_.push_back({&timer, interval, clock_.now() + interval, false});
+  find_next_due();
+}
+
+void Runtime::stop_timer(Timer& timer) {
+  std::erase_if(timers_, [&](const RunningTimer& running) { return running.timer == &timer; });
+  find_next_due();
+}
+
+void Runtime::mark(Control& control) {
+  if (control.marked) return;
+  control.marked = true;
+  changes_.controls.push_back(&control);
+}
+
+void Runtime::mark(Form& form) {
+  if (std::ranges::find(changes_.forms, &form) == changes_.forms.end()) changes_.forms.push_back(&form);
+}
+
+Runtime::Changes Runtime::take_changes() {
+  for (Control* control : changes_.controls) control->marked = false;
+  return std::exchange(changes_, Changes{});
+}
+
+void Runtime::forget(Form& form) {
+  std::erase_if(changes_.controls, [&](const Control* control) { return &control->form() == &form; });
+  std::erase(changes_.forms, &form);
+}
+
+}  // namespace forms

@@ -1,0 +1,196 @@
+// The message loop, dialogs, timers and time of one program, and the front end that it talks to.
+//
+// One thread. Front ends put events in with post(); the loop takes them out and runs the handlers,
+// either at top level or in a DoEvents, never inside the front end's own call stack.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "forms/clock.h"
+#include "forms/errors.h"
+#include "forms/files.h"
+
+namespace forms {
+
+class Control;
+class Form;
+class FormSet;
+class Timer;
+
+// The platform's numbers for the buttons of a message box and for its answers.
+inline constexpr int vbOKOnly = 0;
+inline constexpr int vbOKCancel = 1;
+inline constexpr int vbYesNoCancel = 3;
+inline constexpr int vbYesNo = 4;
+inline constexpr int vbRetryCancel = 5;
+inline constexpr int vbExclamation = 48;
+inline constexpr int vbOK = 1;
+inline constexpr int vbCancel = 2;
+inline constexpr int vbRetry = 4;
+inline constexpr int vbYes = 6;
+inline constexpr int vbNo = 7;
+
+struct MessageBox {
+  std::string text;
+  int buttons = vbOKOnly;  // low three bits: which buttons; 16, 32, 48, 64: the icon
+  std::string title;
+  // The answers that its buttons can give, the first one the default.
+  std::vector<int> answers() const;
+};
+
+struct InputBoxRequest {
+  std::string prompt;
+  std::string title;
+  std::string default_text;
+};
+
+struct FileDialog {
+  bool save;
+  std::string title;
+  std::string filter;  // "text|pattern|text|pattern"
+  int filter_index;    // from 1; 0 is the first
+  std::string filename;
+  std::string default_extension;
+};
+
+// What a front end does for the program. All calls come on the interface thread.
+class FrontEnd {
+ public:
+  virtual ~FrontEnd() = default;
+  // Shows the box and gives one of its answers.
+  virtual int message_box(const MessageBox& box) = 0;
+  // None after Cancel.
+  virtual std::optional<std::string> input_box(const InputBoxRequest& request) = 0;
+  virtual std::optional<std::string> file_dialog(const FileDialog& dialog) = 0;
+  // The default error report.
+  virtual void runtime_error(const RunTimeError& error) = 0;
+  // Called at each yield of a handler, often: has to be cheap when there is nothing to do.
+  virtual void yield() {}
+  // A handler sleeps: time passes, no handler runs.
+  virtual void sleep(Clock& clock, Clock::Duration time) { clock.pass(time); }
+  // Nothing is to do: wait for a user's action, at the longest for `limit` (none: as long as it takes).
+  virtual void idle(std::optional<Clock::Duration> limit) = 0;
+};
+
+class Runtime {
+ public:
+  Runtime(Clock& clock, FrontEnd& front_end);
+  ~Runtime();
+  Runtime(const Runtime&) = delete;
+  Runtime& operator=(const Runtime&) = delete;
+
+  Clock& clock() const { return clock_; }
+  FrontEnd& front_end() const { return *front_end_; }
+  void set_front_end(FrontEnd& front_end) { front_end_ = &front_end; }
+  Files files;
+
+  // --- for handlers ---
+
+  // Lets waiting events, due timers and driver notifications run.
+  void DoEvents();
+  void DoEvents(int times) {
+    for (int i = 0; i < times; ++i) DoEvents();
+  }
+  // Blocks for so many milliseconds; 0 and less don't block.
+  void Sleep(std::int64_t milliseconds);
+  // Milliseconds of the system's timer, wrapping at 32 bits.
+  std::uint32_t timeGetTime() const;
+  // Asks the system for a 1 ms grain of its timers. Counted only: the clocks here have it anyway.
+  void timeBeginPeriod(unsigned milliseconds);
+  int MsgBox(std::string text, int buttons = vbOKOnly, std::string title = {});
+  std::optional<std::string> InputBox(std::string prompt, std::string title, std::string default_text);
+  std::optional<std::string> file_dialog(const FileDialog& dialog);
+  // The end of the program, from wherever it is.
+  [[noreturn]] void end();
+
+  // --- for front ends and the program ---
+
+  void post(std::function<void()> event) { queue_.push_back(std::move(event)); }
+  // Runs an event's handler with the default error report around it. EndProgram passes through.
+  template <class Handler>
+  void dispatch(Handler&& handler) {
+    const Depth depth(handlers_on_stack_);
+    try {
+      handler();
+    } catch (const RunTimeError& error) {
+      front_end_->runtime_error(error);
+    }
+  }
+  int handlers_on_stack() const { return handlers_on_stack_; }
+
+  // The main loop: returns when the program has ended. Without a loaded form it ends by itself.
+  void run(FormSet& forms);
+  // Runs what waits now, without waiting for more.
+  void service();
+  bool ended() const { return ended_; }
+  // Time until the next timer is due (0 when it is overdue); none when no timer runs.
+  std::optional<Clock::Duration> until_next_timer() const;
+
+  // Called once a turn of the loop; for the driver's notifications.
+  std::function<void()> poll;
+
+  // Controls and forms that changed since the last take_changes(). Each is in the list once.
+  void mark(Control& control);
+  void mark(Form& form);
+  struct Changes {
+    std::vector<Control*> controls;
+    std::vector<Form*> forms;
+  };
+  Changes take_changes();
+  bool has_changes() const { return !changes_.controls.empty() || !changes_.forms.empty(); }
+
+  void start_timer(Timer& timer, Clock::Duration interval);
+  void stop_timer(Timer& timer);
+  // A form's object goes: nothing here may point to it any longer.
+  void forget(Form& form);
+
+  // While one exists, dialogs are answered with Cancel unseen.
+  class SilentDialogs {
+   public:
+    explicit SilentDialogs(Runtime& runtime) : count_(runtime.silent_dialogs_) { ++count_; }
+    ~SilentDialogs() { --count_; }
+    SilentDialogs(const SilentDialogs&) = delete;
+    SilentDialogs& operator=(const SilentDialogs&) = delete;
+
+   private:
+    int& count_;
+  };
+
+ private:
+  class Depth {
+   public:
+    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
+    ~Depth() { --depth_; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+
+   private:
+    int& depth_;
+  };
+  struct RunningTimer {
+    Timer* timer;
+    Clock::Duration interval;
+    Clock::Duration due;
+    bool in_handler;
+  };
+  void fire_due_timers(Clock::Duration now);
+  void find_next_due();
+
+  Clock& clock_;
+  FrontEnd* front_end_;
+  std::deque<std::function<void()>> queue_;
+  std::vector<RunningTimer> timers_;
+  Clock::Duration next_due_ = Clock::Duration::max();
+  Changes changes_;
+  int handlers_on_stack_ = 0;
+  int silent_dialogs_ = 0;
+  bool ended_ = false;
+};
+
+}  // namespace forms
