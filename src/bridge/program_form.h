@@ -44,7 +44,7 @@ class ProgramForm : public forms::Form {
 
   void DoEvents(int times = 1) { runtime().DoEvents(times); }
   void Sleep(std::int64_t milliseconds) { runtime().Sleep(milliseconds); }
-  std::uint32_t timeGetTime() const { return runtime().timeGetTime(); }
+  std::int64_t timeGetTime() const { return runtime().timeGetTime(); }
   int MsgBox(std::string text, int buttons = forms::vbOKOnly, std::string title = {}) {
     return runtime().MsgBox(std::move(text), buttons, std::move(title));
   }

@@ -49,12 +49,9 @@ void Runtime::Sleep(std::int64_t milliseconds) {
   if (milliseconds > 0) front_end_->sleep(clock_, std::chrono::milliseconds(milliseconds));
 }
 
-std::uint32_t Runtime::timeGetTime() const {
-  return static_cast<std::uint32_t>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(clock_.now()).count());
+std::int64_t Runtime::timeGetTime() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(clock_.now()).count();
 }
-
-void Runtime::timeBeginPeriod(unsigned /*milliseconds*/) {}
 
 int Runtime::MsgBox(std::string text, int buttons, std::string title) {
   const MessageBox box{std::move(text), buttons, std::move(title)};

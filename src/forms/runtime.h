@@ -99,10 +99,10 @@ class Runtime {
   }
   // Blocks for so many milliseconds; 0 and less don't block.
   void Sleep(std::int64_t milliseconds);
-  // Milliseconds of the system's timer, wrapping at 32 bits.
-  std::uint32_t timeGetTime() const;
-  // Asks the system for a 1 ms grain of its timers. Counted only: the clocks here have it anyway.
-  void timeBeginPeriod(unsigned milliseconds);
+  // Milliseconds of the system's timer. 64 bits: it never wraps.
+  std::int64_t timeGetTime() const;
+  // Asks the system for a 1 ms grain of its timers, which the clocks here have anyway.
+  void timeBeginPeriod(unsigned /*milliseconds*/) {}
   int MsgBox(std::string text, int buttons = vbOKOnly, std::string title = {});
   std::optional<std::string> InputBox(std::string prompt, std::string title, std::string default_text);
   std::optional<std::string> file_dialog(const FileDialog& dialog);

@@ -1,0 +1,134 @@
+#include "bridge/transfer.h"
+
+#include <algorithm>
+#include <span>
+
+#include "bridge/log.h"
+#include "forms/controls.h"
+#include "forms/form.h"
+#include "forms/text.h"
+
+namespace varzelin {
+namespace {
+
+// One raw transfer as the shared variables say; the status goes to Usb_Status.
+void transfer(Program& program, bool read) {
+  Store& store = program.store;
+  const auto wanted = static_cast<std::size_t>(std::max(store.Xfer_Size, 0));
+  const std::span<std::uint8_t> buffer(store.Xfer_Buf.data(), std::min(wanted, store.Xfer_Buf.size()));
+  std::size_t transferred = 0;
+  store.Usb_Status = program.driver.WDU_Transfer(store.Dev_Handle, store.Pipe_Num, read, buffer, transferred);
+}
+
+void fast_transfer(Program& program, bool read) {
+  Store& store = program.store;
+  program.runtime.DoEvents();
+  transfer(program, read);
+  const bool good = store.Usb_Status == boards::success;
+  if (!good) store.Sample_Run = false_flag;
+  colour_attach_lamp(store, forms::QBColor(good ? store.Clr_LtGreen : store.Clr_Red));
+  program.runtime.DoEvents();
+}
+
+// False, with its words in the log, when the device doesn't give its information or has no pipes.
+bool device_is_ready(Program& program, std::string_view routine) {
+  Store& store = program.store;
+  store.Dev_Handle = store.Dev_Ctx.device;
+  boards::DeviceInfo info;
+  store.Usb_Status = program.driver.WDU_GetDeviceInfo(store.Dev_Handle, info);
+  if (store.Usb_Status != boards::success) {
+    Log_Err(program, device_info_failed_text(program, routine));
+    return false;
+  }
+  store.Log_Error = false_flag;
+  const auto& setting = info.configurations.at(info.active_configuration)
+                            .interfaces.at(info.active_interface)
+                            .alternates.at(info.active_alternate);
+  std::vector<boards::PipeInfo> pipes;
+  return Get_Pipes(program, setting, pipes);
+}
+
+void checked_transfer(Program& program, bool read, std::string_view routine) {
+  Store& store = program.store;
+  if (!device_is_ready(program, routine)) return;
+  if (!read) program.runtime.DoEvents();
+  transfer(program, read);
+  if (store.Usb_Status == boards::success) {
+    store.Log_Error = false_flag;
+  } else {
+    Log_Err(program, std::string(routine) + ": WDU_Transfer() failed: error &H" +
+                         forms::Hex(store.Usb_Status) + " (" + Stat_Text(program, store.Usb_Status) + ")");
+  }
+}
+
+}  // namespace
+
+void ReDim_Xfer_Buf(Store& store) {
+  store.Xfer_Buf.assign(static_cast<std::size_t>(std::max(store.Xfer_Size, 0)), 0);
+}
+
+std::uint8_t xfer_byte(const Store& store, std::size_t index) {
+  if (index >= store.Xfer_Buf.size()) forms::raise_error(forms::subscript_out_of_range);
+  return store.Xfer_Buf[index];
+}
+
+void set_request(Store& store, std::int32_t pipe, std::initializer_list<int> bytes) {
+  store.Pipe_Num = pipe;
+  store.Xfer_Size = static_cast<std::int32_t>(bytes.size());
+  ReDim_Xfer_Buf(store);
+  std::ranges::transform(bytes, store.Xfer_Buf.begin(),
+                         [](int byte) { return static_cast<std::uint8_t>(byte); });
+}
+
+void set_reply(Store& store, std::int32_t pipe, std::int32_t size) {
+  store.Pipe_Num = pipe;
+  store.Xfer_Size = size;
+  ReDim_Xfer_Buf(store);
+}
+
+void Fast_Write(Program& program) {
+  fast_transfer(program, false);
+}
+void Fast_Read(Program& program) {
+  fast_transfer(program, true);
+}
+
+void WritePipe(Program& program) {
+  if (program.store.Usb_Open == 0) {
+    Log_Msg(program, "Write GPIOPipe .. USB Not opened");
+    return;
+  }
+  checked_transfer(program, false, "WritePipe");
+}
+
+void ReadPipe(Program& program) {
+  if (program.store.Usb_Open == 0) {
+    Log_Msg(program, "ReadPipe .. USB Not opened");
+    program.runtime.DoEvents();
+    return;
+  }
+  checked_transfer(program, true, "ReadPipe");
+}
+
+bool Get_Pipes(Program& program, const boards::AlternateSetting& setting,
+               std::vector<boards::PipeInfo>& list) {
+  list = setting.pipes;
+  if (!list.empty()) return true;
+  Log_Msg(program, "  No pipes are defined for this device \r\nother than the default pipe (number 0)");
+  return false;
+}
+
+void colour_attach_lamp(Store& store, forms::Color color) {
+  if (!store.Active_Form) return;
+  if (auto* lamp = dynamic_cast<forms::Shape*>(store.Active_Form->find("ShpAttach"))) {
+    lamp->FillColor = color;
+  }
+}
+
+std::string device_info_failed_text(Program& program, std::string_view routine) {
+  const boards::Status status = program.store.Usb_Status;
+  return std::string(routine) + ": WDU_GetDeviceInfo() failed:\r\nerror &H" + std::to_string(status) + " (" +
+         Stat_Text(program, status) + ")\r\n";
+}
+
+}  // namespace varzelin

@@ -1,0 +1,123 @@
+#include "workbench/workbench.h"
+
+#include "bridge/text_utilities.h"
+#include "bridge/transfer.h"
+#include "workbench/gpio_panel.h"
+
+namespace varzelin {
+
+frmI2C_General::frmI2C_General(Program& owner, std::string name)
+    : ProgramForm(owner, std::move(name), "Varzelin I2C Communications Software") {
+  on(mnuGPIO, Event::Click, &frmI2C_General::mnuGPIO_Click);
+  on(frmAbout, Event::Click, &frmI2C_General::frmAbout_Click);
+  on(cmdUSBConnect, Event::Click, &frmI2C_General::cmdUSBConnect_Click);
+  on(cmdUSBDisconnect, Event::Click, &frmI2C_General::cmdUSBDisconnect_Click);
+  on(ChKManUsbConn, Event::Click, &frmI2C_General::ChKManUsbConn_Click);
+  on(cmdClearLog, Event::Click, &frmI2C_General::cmdClearLog_Click);
+  on(cmdexit, Event::Click, &frmI2C_General::cmdexit_Click);
+}
+
+forms::Elements frmI2C_General::row_boxes(const char* tool_tip) {
+  return forms::elements(
+      rows, [&](int row) { return Design{.ToolTipText = tool_tip, .Container = &Frame1(row / 16)}; });
+}
+
+void frmI2C_General::Form_Load() {
+  Init_Colors(store);
+  store.Active_Form = this;
+  store.Gpio_Image = {0x00, 0x00, 0xFF, 0xFF};
+  store.Man_Usb_Conn = false_flag;
+  store.Usb_Open = false_flag;
+  store.I2C_WrAdr = static_cast<std::uint8_t>(HexVal(txtI2CAdr.Text));
+  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
+  txtActualWrtAddress.Text = forms::Hex(store.I2C_WrAdr);
+  txtActualReadAddress.Text = forms::Hex(store.I2C_RdAdr);
+  store.Log_Error = false_flag;
+
+  // A probe of the board; what comes of it stands in the log.
+  Connect_Usb();
+  DoEvents();
+  Disconnect_USB();
+  DoEvents();
+  cmdexit.Enabled = true;
+
+  ShpAttach.FillColor = lamp(store.Clr_Black);
+  for (int i = 0; i < rows; ++i) {
+    Reg_Adr(i).Text = forms::Hex2(i);
+    for (TextBox* box : {&Reg_Desc(i), &txtBWrite(i), &txtRdByte(i)}) box->Text = "";
+    for (Shape* row_lamp : {&shpBwrite(i), &Shape1(i)}) row_lamp->FillColor = lamp(store.Clr_Black);
+  }
+  cbSend.Enabled = false;
+  cbReset.Enabled = false;
+  DoEvents();
+  form<frmGPIO>().cmdGPIO_Write_Click();
+  DoEvents();
+}
+
+void frmI2C_General::Form_QueryUnload(bool& Cancel, int /*UnloadMode*/) {
+  if (store.Usb_Open == 0) return;
+  Cancel = true;
+  Log_Msg(program, "Form will not close until USB Connection is closed. Click USB Disconnect");
+}
+
+void frmI2C_General::Form_Unload(bool& /*Cancel*/) {
+  DoEvents();
+  runtime().end();
+}
+
+void frmI2C_General::cmdUSBConnect_Click() {
+  Connect_Usb();
+  cmdexit.Enabled = false;
+}
+
+void frmI2C_General::cmdUSBDisconnect_Click() {
+  Disconnect_USB();
+  ShpHandleStatus.FillColor = lamp(store.Clr_Black);
+  txthDriver.Text = "Closed";
+  cbSend.Enabled = false;
+  cbReset.Enabled = false;
+  cmdexit.Enabled = true;
+}
+
+void frmI2C_General::ChKManUsbConn_Click() {
+  store.Man_Usb_Conn = flag(ChKManUsbConn.Value == 1);
+}
+void frmI2C_General::cmdClearLog_Click() {
+  Txtlog.Text = "";
+}
+void frmI2C_General::cmdexit_Click() {
+  set().unload(*this);
+}
+void frmI2C_General::mnuGPIO_Click() {
+  form<frmGPIO>().Show();
+}
+void frmI2C_General::frmAbout_Click() {
+  program.forms.touch("frmAbout2").Show();
+}
+
+void frmI2C_General::driver_handle_changed() {
+  txthDriver.Text = forms::CStr(store.Drv_Handle);
+}
+void frmI2C_General::driver_failed() {
+  cbNoc.Caption = "USB Board won't intialize";
+}
+void frmI2C_General::driver_opened() {
+  colour_attach_lamp(store, lamp(store.Clr_LtGreen));
+}
+
+void frmI2C_General::connecting() {
+  shpUSBCon(0).FillColor = lamp(store.Clr_LtGreen);
+  shpUSBCon(1).FillColor = lamp(store.Clr_Black);
+}
+
+void frmI2C_General::connected() {
+  cbNoc.Enabled = false;
+  ShpHandleStatus.FillColor = lamp(store.Clr_LtGreen);
+}
+
+void frmI2C_General::disconnected() {
+  shpUSBCon(1).FillColor = lamp(store.Clr_LtGreen);
+  shpUSBCon(0).FillColor = lamp(store.Clr_Black);
+}
+
+}  // namespace varzelin
