@@ -161,7 +161,7 @@ TEST_F(FilesTest, ManyLinesArriveInOrder) {
     expected += std::to_string(line) + "\r\n";
   }
   files.Close(1);
-  EXPECT_EQ(content("out.txt"), expected);
+  EXPECT_TRUE(content("out.txt") == expected);  // a difference would take minutes to print
 }
 
 TEST_F(FilesTest, OutputReplacesAndAppendAdds) {
@@ -239,6 +239,9 @@ TEST_F(FilesTest, MissingFilesAndFolders) {
   EXPECT_EQ(open_error(path("missing/a.txt"), Mode::Output), 76);
   EXPECT_EQ(open_error(path("missing/a.txt"), Mode::Append), 76);
   EXPECT_EQ(open_error(make("file", "") + "/a.txt", Mode::Input), 76);
+  fs::create_symlink("missing/a.txt", path("dangling.txt"));
+  EXPECT_EQ(open_error(path("dangling.txt"), Mode::Input), 53);
+  EXPECT_EQ(open_error(path("dangling.txt"), Mode::Output), 76);
   EXPECT_EQ(files.FreeFile(), 1);
 }
 
