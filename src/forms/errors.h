@@ -38,7 +38,8 @@ struct RunTimeError {
 // Thrown by Runtime::end(): unwinds every handler to the main loop. Nothing else catches it.
 struct EndProgram {};
 
-// The platform's words for an error number, e.g. 6 -> "Overflow".
+// The platform's words for an error number, e.g. 6 -> "Overflow". A number that isn't listed above has
+// the platform's words for an error of the application's own.
 std::string error_text(int number);
 
 // Throws RunTimeError with the platform's words.

@@ -1,9 +1,12 @@
 // Files by number, with the platform's statements and errors. Lines are written with CR LF; on
-// reading, CR LF, a lone LF and a lone CR end a line. An open file stays open until it is closed or
-// its Files object goes.
+// reading, CR LF, a lone LF and a lone CR end a line. Every other character is an ordinary one, NUL
+// included. An open file stays open until it is closed or its Files object goes.
+//
+// A number that isn't open raises bad_file_name_or_number in every operation but Close. Reading from a
+// file that is open for writing, and writing to one that is open for reading, raises bad_file_mode.
+// Every operation raises device_io_error when the system fails in a way that has no number of its own.
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -16,6 +19,7 @@ class Files {
   enum class Mode { Input, Output, Append };
 
   Files();
+  // Writes what is still kept back, and can't tell anybody when that fails: close to know.
   ~Files();
   Files(const Files&) = delete;
   Files& operator=(const Files&) = delete;
@@ -23,27 +27,35 @@ class Files {
   // The lowest number not in use, from 1; raises too_many_files beyond 255.
   int FreeFile() const;
 
-  // Raises file_not_found (input of a missing file), path_not_found (missing folder),
-  // permission_denied, path_file_access_error (a directory, a device that isn't a plain file, a FIFO:
-  // never opened, so that nothing hangs on it), file_already_open (this number is in use, or this
-  // file is open under another), bad_file_name_or_number (number outside 1..255, empty path).
+  // Output empties the file, Append writes behind its end; both create a missing one.
+  //
+  // Raises bad_file_name_or_number (number outside 1..255; empty, overlong or otherwise impossible
+  // path), file_already_open (this number is in use, or this file is open under another, by whatever
+  // path; the file is left as it is), file_not_found (input of a missing file), path_not_found (missing
+  // folder), permission_denied, path_file_access_error (a directory, or anything else that isn't a
+  // plain file: never opened, so that nothing hangs on a FIFO or a device), too_many_files, disk_full.
   void Open(std::string_view path, Mode mode, int number);
-  // Closing a number that isn't open does nothing.
+  // Closing a number that isn't open does nothing. What was printed reaches the file at the latest
+  // here: raises disk_full or device_io_error when it can't, and the file is closed all the same.
   void Close(int number);
-  // Bytes of a file opened for output reach the disk at the latest here; raises disk_full or
-  // device_io_error when they can't.
-  bool Eof(int number);  // true when nothing is left to read
-  // The next line without its end. Raises input_past_end_of_file; bad_file_mode on a file opened
-  // for writing.
+  // True when nothing is left to read, and always for a file open for writing.
+  bool Eof(int number);
+  // The next line without its end. Raises input_past_end_of_file.
   std::string LineInput(int number);
-  // The next item of comma-separated input: blanks around it dropped, double quotes taken off.
+  // The next item. A comma or a line end ends it, so an empty line is an empty item; blanks around it
+  // are dropped. In an item that begins with a double quote, everything up to the next double quote
+  // (or the end of the file) counts, commas, blanks and line ends too; text behind the closing quote
+  // is the next item. A comma at the very end of the file has no item behind it.
+  // Raises input_past_end_of_file.
   std::string InputItem(int number);
-  // Writes the text and CR LF.
+  // Writes the text and CR LF. A disk_full raised here is of earlier lines that were kept back: this
+  // one was not taken.
   void PrintLine(int number, std::string_view text);
 
  private:
   struct OpenFile;
-  OpenFile& get(int number);
+  OpenFile& get(int number) const;
+  OpenFile& get_for_input(int number) const;
   std::map<int, std::unique_ptr<OpenFile>> open_;
 };
 
