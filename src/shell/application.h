@@ -7,6 +7,8 @@ namespace varzelin {
 
 // The program's name as it stands in titles and messages.
 inline constexpr const char* application_title = "Varzelin ALS Demonstration";
+// Major, minor, revision.
+inline constexpr const char* application_version = "5.4.1";
 
 // Tells the program which forms there are.
 void add_forms(Program& program);

@@ -20,8 +20,8 @@ constexpr int gpio_reply_size = 25;
 
 }  // namespace
 
-frmGPIO::frmGPIO(Program& owner, std::string name)
-    : ProgramForm(owner, std::move(name), "GPIO Control"),
+frmGPIO::frmGPIO(Program& owner)
+    : ProgramForm(owner, form_name, "GPIO Control"),
       chkOutEn(*this, "chkOutEn", forms::captioned(port_b_pins, {.Container = &Frame1})),
       chkOutEnc(*this, "chkOutEnc", forms::captioned(port_c_pins, {.Container = &Frame1})),
       ChLed1(*this, "ChLed1", forms::captioned(leds, {.Container = &Frame1, .Enabled = false, .Value = 1})),

@@ -9,7 +9,7 @@ class frmGPIO final : public ProgramForm {
  public:
   static constexpr const char* form_name = "frmGPIO";
 
-  explicit frmGPIO(Program& owner, std::string name = form_name);
+  explicit frmGPIO(Program& owner);
 
   void Form_Load() override;
   // Sends Gpio_Image to the board and compares what comes back.

@@ -6,8 +6,8 @@
 
 namespace varzelin {
 
-frmI2C_General::frmI2C_General(Program& owner, std::string name)
-    : ProgramForm(owner, std::move(name), "Varzelin I2C Communications Software") {
+frmI2C_General::frmI2C_General(Program& owner)
+    : ProgramForm(owner, form_name, "Varzelin I2C Communications Software") {
   on(mnuGPIO, Event::Click, &frmI2C_General::mnuGPIO_Click);
   on(frmAbout, Event::Click, &frmI2C_General::frmAbout_Click);
   on(cmdUSBConnect, Event::Click, &frmI2C_General::cmdUSBConnect_Click);

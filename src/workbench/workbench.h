@@ -12,7 +12,7 @@ class frmI2C_General final : public ProgramForm, private SessionDisplay {
  public:
   static constexpr const char* form_name = log_form_name;
 
-  explicit frmI2C_General(Program& owner, std::string name = form_name);
+  explicit frmI2C_General(Program& owner);
 
   void Form_Load() override;
   void Form_QueryUnload(bool& Cancel, int UnloadMode) override;

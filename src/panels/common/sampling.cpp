@@ -1,0 +1,246 @@
+// The two sampling loops of a sensor panel, their stop buttons, and the interval that paces them.
+#include "panels/common/sensor_panel.h"
+#include "waveform/trace.h"
+
+namespace varzelin {
+namespace {
+
+constexpr const char* collecting_text = "Data Collection In Process";
+constexpr const char* halted_text = "Data Collection Halted";
+constexpr int enter_key = 13;
+
+}  // namespace
+
+// --- timed sampling ---
+
+void SensorPanel::cmdSample_Click() {
+  if (!sampling_allowed()) return;
+  Label18.Caption = collecting_text;
+  cmdSample.Visible = false;
+  shpSample.Visible = true;
+  cmdCollectData.Enabled = false;
+  cmdEndSampling.Visible = true;
+  store.AbortRequested = false_flag;
+  store.PendingUpdate = false_flag;
+  Tmr_Integration.Enabled = false;
+  sampling_starts();
+  store.Sample_Count = 0;
+  clear_samples();
+  hold_session();
+  while (store.AbortRequested != true_flag) timed_pass();
+  if (store.TriggerDone != 0) Record_Triggered_Light_Count();
+  store.AbortRequested = false_flag;
+  release_session();
+  cmdEndSampling.Visible = false;
+  cmdAbort.Visible = false;
+  cmdSample.Visible = true;
+  sampling_ended();
+  cmdCollectData.Enabled = true;
+}
+
+void SensorPanel::timed_pass() {
+  // The delay is the row's index, not the number that the row shows.
+  const std::int32_t delay = CboIntTime(5).ListIndex;
+  Trig_KVT7134X();
+  if (delay != 0) {
+    Sleep(delay);
+    DoEvents();
+  }
+  if (store.Sample_Count < last_sample) {
+    ++store.Sample_Count;
+    show_count();
+  }
+  DoEvents();
+  Record_Triggered_Light_Count();
+  beat(shpSample);
+  DoEvents();
+  run_sampling_work();
+}
+
+// --- real-time collection ---
+
+void SensorPanel::cmdCollectData_Click() {
+  if (collecting_) {
+    // Asked for from inside the running loop (a new interval, a new scale): the loop begins anew
+    // instead of a second one running on top of it, so restarts don't grow the stack.
+    restart_asked_ = true;
+    store.Sample_Run = false_flag;
+    return;
+  }
+  struct Mark {
+    explicit Mark(bool& is_set) : set(is_set) { set = true; }
+    ~Mark() { set = false; }
+    bool& set;
+  } const mark(collecting_);
+  do {
+    restart_asked_ = false;
+    const std::int32_t interval_ms = interval_of_text();
+    runtime().timeBeginPeriod(1);
+    if (!collection_allowed()) return;
+    start_collection(interval_ms);
+    collect(interval_ms);
+  } while (restart_asked_);
+  end_collection();
+}
+
+void SensorPanel::start_collection(std::int32_t interval_ms) {
+  Label18.Caption = collecting_text;
+  cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
+  cmdSample.Enabled = false;
+  cmdCollectData.Enabled = false;
+  cmdStopData.Visible = true;
+  store.PendingUpdate = false_flag;
+  store.AbortRequested = false_flag;
+  store.Scale_Max = scale_of_text();
+  store.Scale_Span = store.Scale_Max - store.Scale_Min;
+  collection_starts();
+  reset_trace();
+  store.Sample_Count = 0;
+  clear_samples();
+  store.Sample_Run = true_flag;
+  for (forms::Control* control :
+       {static_cast<forms::Control*>(&Label6), static_cast<forms::Control*>(&Label14),
+        static_cast<forms::Control*>(&txtTime1), static_cast<forms::Control*>(&txtTime3)}) {
+    control->Visible = true;
+  }
+  last_mark_ = timeGetTime();
+  due_ = last_mark_ + interval_ms;
+  hold_session();
+}
+
+void SensorPanel::collect(std::int32_t interval_ms) {
+  while (store.Sample_Run == true_flag) collection_pass(interval_ms);
+}
+
+void SensorPanel::collection_pass(std::int32_t interval_ms) {
+  pace(due_);
+  if (restart_asked_) return;
+  txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
+  read_measurement();
+  run_collection_work();
+  if (store.Sample_Run != 0) {
+    Trig_KVT7134X();
+    const std::int64_t now = timeGetTime();
+    due_ = now + interval_ms;
+    txtTime1.Text = std::to_string(now - last_mark_);
+    last_mark_ = now;
+    store.Trace_Y[trace_entry] = measurement_row();
+    count_sample();
+  }
+  if (store.Sample_Count > settling_samples) {
+    show_count();
+    advance_trace();
+  }
+  show_measurement();
+}
+
+void SensorPanel::end_collection() {
+  release_session();
+  store.AbortRequested = false_flag;
+  cmdCollectData.Enabled = true;
+  cmdStopData.Visible = false;
+  cmdCollectData.Caption = "Collect Data Graphical Real Time Data";
+  DoEvents();
+  cmdSample.Enabled = true;
+}
+
+// The loop wakes a little early: the rest of the wait goes to other handlers, not to the sleep.
+void SensorPanel::pace(std::int64_t due) {
+  while (timeGetTime() < due - model.wake_margin && !restart_asked_) {
+    DoEvents();
+    const std::int64_t now = timeGetTime();
+    if (now < due - model.sleep_margin && !restart_asked_) Sleep(due - model.sleep_margin - now);
+  }
+}
+
+// --- what both loops use ---
+
+std::size_t SensorPanel::slot(std::int32_t sample) {
+  if (sample < 0 || sample > last_sample) forms::raise_error(forms::subscript_out_of_range);
+  return static_cast<std::size_t>(sample);
+}
+
+void SensorPanel::clear_samples() {
+  store.Sample_Value.fill(1);
+  store.Sample_Value2.fill(1);
+}
+
+void SensorPanel::reset_trace() {
+  clear_trace(store);
+  Restore_Screen(store, Picture1);
+  store.Trace_Pos = trace_entry;
+}
+
+void SensorPanel::count_sample() {
+  if (store.Sample_Count < last_sample) ++store.Sample_Count;
+}
+
+void SensorPanel::show_count() {
+  lblLoop_Count.Caption = std::to_string(store.Sample_Count - settling_samples);
+}
+
+void SensorPanel::advance_trace() {
+  Scroll_Trace(store, Picture1, store.Trace_Pos);
+  if (store.Trace_Pos < 2) {
+    Sleep(model.full_trace_sleep);
+  } else {
+    --store.Trace_Pos;
+  }
+}
+
+// --- stop buttons ---
+
+void SensorPanel::cmdAbort_Click() {
+  store.AbortRequested = true_flag;
+  Label18.Caption = halted_text;
+  cmdAbort.Visible = false;
+}
+
+void SensorPanel::cmdEndSampling_Click() {
+  store.AbortRequested = true_flag;
+  Label18.Caption = halted_text;
+  shpSample.Visible = false;
+  cmdStopData_Click();
+}
+
+void SensorPanel::cmdStopData_Click() {
+  store.Sample_Run = false_flag;
+  shpSample.Visible = false;
+  store.AbortRequested = true_flag;
+  Label18.Caption = halted_text;
+  DoEvents();
+}
+
+// --- interval and scale boxes ---
+
+void SensorPanel::txtInterval_KeyPress(int& KeyAscii) {
+  if (KeyAscii != enter_key) return;
+  store.IntervalMs = interval_of_text();
+  store.Sample_Run = false_flag;
+  DoEvents();
+  build_time_labels(store.IntervalMs);
+  draw_labels();
+  clear_trace(store);
+  Restore_Screen(store, Picture1);
+  DoEvents();
+  restart_collection();
+}
+
+// Leaving the box changes the labels but not the pace: IntervalMs stays.
+void SensorPanel::txtInterval_LostFocus() {
+  const std::int32_t interval_ms = interval_of_text();
+  store.Sample_Run = false_flag;
+  DoEvents();
+  build_time_labels(interval_ms);
+  draw_labels();
+  clear_trace(store);
+  Restore_Screen(store, Picture1);
+  DoEvents();
+}
+
+void SensorPanel::txtScale_Click() {
+  store.Sample_Run = false_flag;
+  DoEvents();
+}
+
+}  // namespace varzelin

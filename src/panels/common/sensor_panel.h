@@ -1,0 +1,207 @@
+// The pattern that all sensor panels repeat: load order, the two sampling loops and their stop
+// buttons, the interval, the chart's buttons, the device list, the exit and the measurement file. A
+// family derives from it and fills in what its sensors do.
+#pragma once
+
+#include <string>
+
+#include "panels/common/bus_panel.h"
+#include "panels/common/panel_model.h"
+
+namespace varzelin {
+
+class SensorPanel : public BusPanel {
+ public:
+  // The last slot of Sample_Value: the count stays there, and later samples overwrite it.
+  static constexpr std::int32_t last_sample = 1010;
+  // Samples that are stored but reach neither the count nor the trace, while the sensor settles.
+  static constexpr std::int32_t settling_samples = 10;
+
+  SensorPanel(Program& owner, const PanelModel& panel_model);
+
+  void Form_Load() override;
+
+  // --- handlers ---
+  virtual void cmdSample_Click();
+  virtual void cmdCollectData_Click();
+  void cmdAbort_Click();
+  virtual void cmdEndSampling_Click();
+  virtual void cmdStopData_Click();
+  void TmrSample_Timer();
+  void Tmr_Integration_Timer();
+  void txtInterval_KeyPress(int& KeyAscii);
+  void txtInterval_LostFocus();
+  virtual void txtScale_Click();
+  virtual void LstDeviceSel_MouseUp();
+  void exit_click();
+  void frmAbout_Click();
+
+  void cmdWaveformINit_Click();
+  void cmdDrawTrace_Click();
+  void cmdScale_Click();
+  virtual void cmdAutoScale_Click();
+  void cmdSaveScreen_Click();
+  void cmdRestoreScreen_Click();
+
+  void cmdBrowse_Click();
+  void cmdStartRec_Click(int Index);
+
+ protected:
+  // --- what a family fills in ---
+
+  // Step 3 of the load: lookup tables, hidden controls.
+  virtual void load_model() {}
+  // The time axis at load.
+  virtual void build_time_labels_at_load() { build_time_labels(store.IntervalMs); }
+  // The default register image and its boxes.
+  virtual void load_register_image() {}
+  // The end of the load.
+  virtual void finish_load() {}
+
+  // Whether timed sampling, or real-time collection, may start; says why not.
+  virtual bool sampling_allowed() { return true; }
+  virtual bool collection_allowed() { return true; }
+  // Controls beyond the pattern's that are out of the way while a loop runs.
+  virtual void sampling_starts() {}
+  virtual void sampling_ended() {}
+  virtual void collection_starts() {}
+  // Starts a conversion and sets TriggerDone.
+  virtual void Trig_KVT7134X() = 0;
+  // Fetches the reading of a trigger into Sample_Value(Sample_Count), and shows it.
+  virtual void Record_Triggered_Light_Count() = 0;
+  // One real-time measurement into Sample_Value(Sample_Count).
+  virtual void read_measurement() = 0;
+  // Deferred register work of the timed and the real-time loop.
+  virtual void run_sampling_work() {}
+  virtual void run_collection_work() {}
+  // The pixel row of the latest measurement, within the plot.
+  virtual std::int32_t measurement_row() = 0;
+  virtual void show_measurement() = 0;
+  // Header line of the measurement file, up to the interval.
+  virtual std::string data_file_header() = 0;
+
+  // --- steps that families use in their own loops ---
+
+  std::int32_t interval_of_text() const;  // milliseconds, whole part of txtInterval's value
+  std::int32_t scale_of_text() const;     // Scale_Max by the formula of the load
+  void build_time_labels(std::int32_t interval_ms);
+  void build_value_labels();  // Label_Left from Scale_Min in tenths of Scale_Span
+  void draw_labels();
+  void clear_samples();
+  void reset_trace();
+  void count_sample();  // one more sample, up to last_sample
+  void show_count();
+  void advance_trace();
+  // Waits until the sample of time `due` is to be taken.
+  void pace(std::int64_t due);
+  // Waits by Tmr_Integration until IntegrationMs exceeds a second.
+  void wait_integration();
+  void restart_collection() { cmdCollectData_Click(); }
+  // A slot of Sample_Value; raises subscript_out_of_range outside 0 to last_sample.
+  static std::size_t slot(std::int32_t sample);
+  std::size_t slot() const { return slot(store.Sample_Count); }
+
+  const PanelModel& model;
+
+ private:
+  void fill_device_list();
+  void fill_delay_list();
+  void load_chart();
+  void start_collection(std::int32_t interval_ms);
+  void collect(std::int32_t interval_ms);
+  void collection_pass(std::int32_t interval_ms);
+  void end_collection();
+  void timed_pass();
+  void write_data_file();
+
+  // The real-time loop's handler is on the stack; it is asked to begin anew.
+  bool collecting_ = false;
+  bool restart_asked_ = false;
+  std::int64_t last_mark_ = 0;  // timeGetTime of the last trigger
+  std::int64_t due_ = 0;
+
+ public:
+  // --- controls ---
+  Menu frmAbout{*this, "frmAbout", {.Caption = "About"}};
+
+  Frame FrmDevice{*this, "FrmDevice", {.Caption = "Device"}};
+  ListBox LstDeviceSel{*this, "LstDeviceSel", {.Container = &FrmDevice}};
+  Label lblI2CAddr{*this, "lblI2CAddr", {.Caption = "I2C Address (7 bit)", .Container = &FrmDevice}};
+  TextBox txtI2CAddr{*this, "txtI2CAddr", {.Text = "44", .Container = &FrmDevice}};
+  Label lblI2cXmitAdr{*this, "lblI2cXmitAdr", {.Caption = "Transmitted (8 bit)", .Container = &FrmDevice}};
+  TextBox txtI2cXmitAdr{*this, "txtI2cXmitAdr", {.Text = "88", .Container = &FrmDevice}};
+  Label LblCommTest{*this, "LblCommTest", {.Visible = false}};
+
+  Frame frmMode{*this, "frmMode", {.Caption = "Mode & Status"}};
+  Frame frmTimeBase{*this, "frmTimeBase", {.Caption = "Sampling Time Base Control"}};
+
+  Shape ShpAttach{*this, "ShpAttach"};
+  Label Label13{*this, "Label13", {.Caption = "USB Comm"}};
+  Shape ShpHandleStatus{*this, "ShpHandleStatus"};
+  Label lblHandleStatus{*this, "lblHandleStatus", {.Caption = "Panel Loaded"}};
+  Shape shpSample{*this, "shpSample", {.Visible = false}};
+  Label Label18{*this, "Label18", {.Caption = ""}};
+  Label lblCapturedReadings{*this, "lblCapturedReadings", {.Caption = "Captured Readings"}};
+  Label lblLoop_Count{*this, "lblLoop_Count", {.Caption = ""}};
+
+  CommandButton cmdSample;
+  CommandButton cmdEndSampling{*this, "cmdEndSampling", {.Caption = "Stop Sampling", .Visible = false}};
+  CommandButton cmdCollectData{*this, "cmdCollectData", {.Caption = "Collect / Graph Real Time Data"}};
+  CommandButton cmdStopData{*this, "cmdStopData", {.Caption = "Stop Data Acquisition", .Visible = false}};
+  CommandButton cmdAbort{*this, "cmdAbort", {.Caption = "Terminate"}};
+  Label lblDelay{*this, "lblDelay", {.Caption = "Delay Trigger to Read (mS)"}};
+  ControlArray<ComboBox> CboIntTime{*this, "CboIntTime", {{5, Design{}}}};
+  Label lblInterval{*this, "lblInterval", {.Caption = "Sample Interval (mS)"}};
+  TextBox txtInterval;
+
+  Label Label16{*this, "Label16", {.Caption = "Lux Reading"}};
+  TextBox txtReading{*this, "txtReading"};
+  Label Label17{*this, "Label17", {.Caption = "Reading 2"}};
+  TextBox txtReading2{*this, "txtReading2"};
+  Label Label6{*this, "Label6", {.Caption = "Command to Record Time (mS)", .Visible = false}};
+  TextBox txtTime3{*this, "txtTime3", {.Visible = false}};
+  Label Label14{*this, "Label14", {.Caption = "Command to Command Time (mS)", .Visible = false}};
+  TextBox txtTime1{*this, "txtTime1", {.Visible = false}};
+
+  PictureBox Picture2;  // the labels, behind the plot
+  PictureBox Picture1;  // the plot
+  CommandButton cmdWaveformINit{*this, "cmdWaveformINit", {.Caption = "Init Waveform"}};
+  CommandButton cmdDrawTrace{*this, "cmdDrawTrace", {.Caption = "DrawTrace"}};
+  CommandButton cmdScale{*this, "cmdScale", {.Caption = "Manual Re-Scale"}};
+  CommandButton cmdAutoScale{*this, "cmdAutoScale", {.Caption = "Automatic Re-Scale"}};
+  CommandButton cmdSaveScreen{*this, "cmdSaveScreen", {.Caption = "Save Screen"}};
+  CommandButton cmdRestoreScreen{*this, "cmdRestoreScreen", {.Caption = "Clear Graph"}};
+  Label lblScale{*this, "lblScale", {.Caption = "Scale Max"}};
+  TextBox txtScale;
+  Label lblScaleMin{*this, "lblScaleMin", {.Caption = "Scale Min"}};
+  TextBox txtScaleMin{*this, "txtScaleMin", {.Text = "0"}};
+
+  Frame frmDataRecord{*this, "frmDataRecord", {.Caption = "Save Measurements to File"}};
+  CheckBox chkAppend{*this,
+                     "chkAppend",
+                     {.Caption = "Append",
+                      .ToolTipText = "If check, data is appended to end of Measurement file, if uncheck file "
+                                     "is overwritten with present data only.",
+                      .Container = &frmDataRecord}};
+  CommandButton cmdBrowse{*this,
+                          "cmdBrowse",
+                          {.Caption = "Browse",
+                           .ToolTipText = "Use this to select file where measurement data will be written.",
+                           .Container = &frmDataRecord}};
+  ControlArray<CommandButton> cmdStartRec{
+      *this,
+      "cmdStartRec",
+      {{0, Design{.Caption = "Write to Disk",
+                  .ToolTipText = "Click here to save measurement to disk file.",
+                  .Container = &frmDataRecord}}}};
+  TextBox txtFilePath{*this,
+                      "txtFilePath",
+                      {.ToolTipText = "Contains Path + File name where measurement data will be written.",
+                       .Container = &frmDataRecord}};
+  CommonDialog CommonDialog2{*this, "CommonDialog2"};
+
+  Timer TmrSample{*this, "TmrSample", {.Enabled = false, .Interval = 1000}};
+  Timer Tmr_Integration{*this, "Tmr_Integration", {.Enabled = false, .Interval = 25}};
+};
+
+}  // namespace varzelin

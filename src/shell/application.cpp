@@ -1,0 +1,36 @@
+#include "shell/application.h"
+
+#include <memory>
+
+#include "panels/multi_function/proximity_offset.h"
+#include "panels/single_channel/kvt71346.h"
+#include "shell/about_box.h"
+#include "shell/start_panel.h"
+#include "workbench/gpio_panel.h"
+#include "workbench/workbench.h"
+
+namespace varzelin {
+namespace {
+
+// A form of which there is one instance.
+template <class F>
+void add(Program& program) {
+  program.forms.add(F::form_name, [&program](const std::string&) { return std::make_unique<F>(program); });
+}
+
+}  // namespace
+
+void add_forms(Program& program) {
+  add<frmStartup>(program);
+  add<frmAbout2>(program);
+  add<frmI2C_General>(program);
+  add<frmGPIO>(program);
+  add<frmKVT71346>(program);
+  add<frmProxOff>(program);
+}
+
+void start(Program& program) {
+  program.forms.touch<frmStartup>().Show();
+}
+
+}  // namespace varzelin
