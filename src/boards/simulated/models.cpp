@@ -1,0 +1,62 @@
+#include "boards/simulated/models.h"
+
+#include <array>
+
+#include "boards/simulated/kvt71346.h"
+#include "boards/simulated/register_file.h"
+
+namespace boards {
+namespace {
+
+using Factory = std::unique_ptr<Sensor> (*)(const Surroundings&);
+
+std::unique_ptr<Sensor> kvt71346(const Surroundings& surroundings) {
+  return std::make_unique<Kvt71346>(surroundings);
+}
+
+// Registers with these values at power-on, register 0 first.
+template <std::uint8_t... PowerOn>
+std::unique_ptr<Sensor> registers(const Surroundings&) {
+  return std::make_unique<RegisterFile>(std::vector<std::uint8_t>{PowerOn...});
+}
+
+constexpr Factory two_mode = registers<0, 0, 0, 0, 0, 0>;
+// The high interrupt limit in r6 and r7 starts at full scale.
+constexpr Factory multi_function = registers<0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0>;
+
+struct Model {
+  std::string_view name;
+  Factory make;
+};
+
+constexpr std::array models{
+    Model{"KVT71346/7", kvt71346},
+    // Command, control, high and low interrupt limit, result pair, cycle counter pair.
+    Model{"KVT71344/5", registers<0x80, 0, 0xFF, 0, 0, 0, 0, 0>},
+    Model{"KVT71388", multi_function},
+    Model{"KVT71356", registers<0x88, 0, 0xFF, 0, 0, 0, 0, 0>},
+    Model{"KVT71374", two_mode},
+    Model{"KVT71385", multi_function},
+    // Command, data pair.
+    Model{"KVT71338", registers<0, 0, 0>},
+    Model{"KVT71390", multi_function},
+    Model{"KVT71376", two_mode},
+    Model{"KVT71392", multi_function},
+};
+
+}  // namespace
+
+std::vector<std::string_view> simulated_models() {
+  std::vector<std::string_view> names;
+  for (const Model& model : models) names.push_back(model.name);
+  return names;
+}
+
+std::unique_ptr<Sensor> make_sensor(std::string_view name, const Surroundings& surroundings) {
+  for (const Model& model : models) {
+    if (model.name == name) return model.make(surroundings);
+  }
+  return nullptr;
+}
+
+}  // namespace boards
