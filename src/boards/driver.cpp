@@ -14,7 +14,20 @@ Status observed(Driver::Observer* observer, const char* name, Call&& call) {
   return status;
 }
 
+template <class T>
+const T* element(const std::vector<T>& list, std::size_t index) {
+  return index < list.size() ? &list[index] : nullptr;
+}
+
 }  // namespace
+
+const AlternateSetting& active_setting(const DeviceInfo& info) {
+  static const AlternateSetting none{};
+  const auto* configuration = element(info.configurations, info.active_configuration);
+  const auto* interface = configuration ? element(configuration->interfaces, info.active_interface) : nullptr;
+  const auto* setting = interface ? element(interface->alternates, info.active_alternate) : nullptr;
+  return setting ? *setting : none;
+}
 
 Status Driver::WDU_VB_Init(Handle& session, const MatchRow& match, EventTable events) {
   return observed(observer, "WDU_VB_Init", [&] { return do_init(session, match, std::move(events)); });

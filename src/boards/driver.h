@@ -69,6 +69,9 @@ struct DeviceInfo {
   std::size_t active_alternate = 0;      // index into its alternates
 };
 
+// The alternate setting in use; an empty one when the indices lead nowhere.
+const AlternateSetting& active_setting(const DeviceInfo& info);
+
 // Called from Driver::deliver_notifications(), never from inside another driver call.
 struct EventTable {
   // A matching device is there. True accepts it.

@@ -2,6 +2,9 @@
 // as it likes. Which forms there are is the shell's business (shell/application.h).
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "boards/driver.h"
 #include "bridge/store.h"
 #include "forms/form_set.h"
@@ -22,6 +25,10 @@ class Program {
   // The folder of the program's files, where the measurement file is proposed. The current folder
   // unless a front end sets another.
   std::string application_folder;
+
+  // The libraries in use, each with version and licence, for the about box. Front ends and boards that
+  // use one add it.
+  std::vector<std::string> libraries;
 };
 
 }  // namespace varzelin

@@ -41,11 +41,8 @@ bool device_is_ready(Program& program, std::string_view routine) {
     return false;
   }
   store.Log_Error = false_flag;
-  const auto& setting = info.configurations.at(info.active_configuration)
-                            .interfaces.at(info.active_interface)
-                            .alternates.at(info.active_alternate);
   std::vector<boards::PipeInfo> pipes;
-  return Get_Pipes(program, setting, pipes);
+  return Get_Pipes(program, boards::active_setting(info), pipes);
 }
 
 void checked_transfer(Program& program, bool read, std::string_view routine) {

@@ -7,6 +7,8 @@ namespace forms {
 
 Form::Form(FormSet& set, std::string name, std::string caption)
     : Caption(*this, "Caption", std::move(caption)),
+      ScaleWidth(*this, "ScaleWidth", 0.0),
+      ScaleHeight(*this, "ScaleHeight", 0.0),
       set_(set),
       runtime_(set.runtime()),
       name_(std::move(name)) {}

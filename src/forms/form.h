@@ -20,6 +20,9 @@ class Form : public PropertyOwner {
 
   const std::string& name() const { return name_; }  // "frmGPIO"; "frmScriptOps#2"
   TextProperty Caption;
+  // The client area in the platform's units, 15 to a pixel. A front end sets it, then raises Form_Resize.
+  Property<double> ScaleWidth;
+  Property<double> ScaleHeight;
   bool visible() const { return visible_; }
 
   Runtime& runtime() const { return runtime_; }

@@ -13,6 +13,8 @@ PictureBox::PictureBox(Form& form, std::string name, const Design& design, int i
       CurrentY(*this, "CurrentY", 0.0),
       Left(*this, "Left", 0.0),
       Top(*this, "Top", 0.0),
+      Width(*this, "Width", design.Width),
+      Height(*this, "Height", design.Height),
       width_(design.Width),
       height_(design.Height),
       pixels_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_),

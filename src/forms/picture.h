@@ -28,9 +28,11 @@ class PictureBox : public Control {
   Property<Color> BackColor;
   Property<double> CurrentX;
   Property<double> CurrentY;
-  // Place inside its container, in the container's units.
+  // Place and size inside its container, in the container's units.
   Property<double> Left;
   Property<double> Top;
+  Property<double> Width;
+  Property<double> Height;
 
   int ScaleWidth() const { return width_; }
   int ScaleHeight() const { return height_; }

@@ -28,6 +28,9 @@ void frmAbout2::Form_Load() {
   lblVersion.Caption = std::string("Version ") + application_version;
   lblTitle.Caption = application_title;
   lblDescription.Caption = "Evaluation of ambient light, infrared and proximity sensors on the I2C bus";
+  std::string libraries = "MIT licence. The C++ standard library";
+  for (const std::string& library : program.libraries) libraries += ", " + library;
+  lblLibraries.Caption = libraries;
 }
 
 void frmAbout2::cmdOK_Click() {

@@ -19,6 +19,7 @@ class frmAbout2 final : public ProgramForm {
   Label lblVersion{*this, "lblVersion"};
   Label lblDescription{*this, "lblDescription"};
   ControlArray<Label> lblDisclaimer;
+  Label lblLibraries{*this, "lblLibraries"};  // the libraries in use, with version and licence
   CommandButton cmdOK{*this, "cmdOK", {.Caption = "OK"}};
   CommandButton cmdSysInfo{*this, "cmdSysInfo", {.Caption = "&System Info..."}};
 

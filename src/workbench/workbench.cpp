@@ -3,6 +3,7 @@
 #include "bridge/text_utilities.h"
 #include "bridge/transfer.h"
 #include "workbench/gpio_panel.h"
+#include "workbench/usb_diagnostics.h"
 
 namespace varzelin {
 
@@ -15,6 +16,26 @@ frmI2C_General::frmI2C_General(Program& owner)
   on(ChKManUsbConn, Event::Click, &frmI2C_General::ChKManUsbConn_Click);
   on(cmdClearLog, Event::Click, &frmI2C_General::cmdClearLog_Click);
   on(cmdexit, Event::Click, &frmI2C_General::cmdexit_Click);
+  on(cbReset, Event::Click, &frmI2C_General::cbReset_Click);
+  on(mnuSetup_Open, Event::Click, &frmI2C_General::mnuSetup_Open_Click);
+  on(mnuSetup_Save, Event::Click, &frmI2C_General::mnuSetup_Save_Click);
+  on(mnu_ScriptShow, Event::Click, &frmI2C_General::mnu_ScriptShow_Click);
+  on(mnuUsbDiag, Event::Click, &frmI2C_General::mnuUsbDiag_Click);
+  on(txtRdByte, Event::Click, &frmI2C_General::txtRdByte_Click);
+  on(txtBWrite, Event::KeyPress, &frmI2C_General::txtBWrite_KeyPress);
+  on(txtBWrite, Event::DblClick, &frmI2C_General::txtBWrite_DblClick);
+  on(cmdWrite1Byte, Event::Click, &frmI2C_General::cmdWrite1Byte_Click);
+  on(txtsbwr, Event::KeyPress, &frmI2C_General::txtsbwr_KeyPress);
+  on(cmdRead, Event::Click, &frmI2C_General::cmdRead_Click);
+  on(txtUserRegAdr, Event::KeyPress, &frmI2C_General::txtUserRegAdr_KeyPress);
+  on(cmdTestComm, Event::Click, &frmI2C_General::cmdTestComm_Click);
+  on(txtI2CAdr, Event::KeyPress, &frmI2C_General::txtI2CAdr_KeyPress);
+  on(cmdReadRegs, Event::Click, &frmI2C_General::cmdReadRegs_Click);
+  on(cmdwriteAll, Event::Click, &frmI2C_General::cmdwriteAll_Click);
+  on(Command7, Event::Click, &frmI2C_General::Command7_Click);
+  on(VScroll1, Event::Change, &frmI2C_General::VScroll1_Change);
+  on(HScroll1, Event::Change, &frmI2C_General::HScroll1_Change);
+  on(SSTab1, Event::Click, &frmI2C_General::SSTab1_Click);
 }
 
 forms::Elements frmI2C_General::row_boxes(const char* tool_tip) {
@@ -28,10 +49,8 @@ void frmI2C_General::Form_Load() {
   store.Gpio_Image = {0x00, 0x00, 0xFF, 0xFF};
   store.Man_Usb_Conn = false_flag;
   store.Usb_Open = false_flag;
-  store.I2C_WrAdr = static_cast<std::uint8_t>(HexVal(txtI2CAdr.Text));
-  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
-  txtActualWrtAddress.Text = forms::Hex(store.I2C_WrAdr);
-  txtActualReadAddress.Text = forms::Hex(store.I2C_RdAdr);
+  take_addresses();
+  show_addresses();
   store.Log_Error = false_flag;
 
   // A probe of the board; what comes of it stands in the log.
@@ -40,6 +59,7 @@ void frmI2C_General::Form_Load() {
   Disconnect_USB();
   DoEvents();
   cmdexit.Enabled = true;
+  SSTab1.Tab = 0;
 
   ShpAttach.FillColor = lamp(store.Clr_Black);
   for (int i = 0; i < rows; ++i) {
@@ -88,12 +108,63 @@ void frmI2C_General::cmdClearLog_Click() {
 void frmI2C_General::cmdexit_Click() {
   set().unload(*this);
 }
+
+void frmI2C_General::cbReset_Click() {
+  Log_Msg(program,
+          "Press Reset Button On Evaluation Board, Software Reseting Control Registers to Reset Status");
+}
+
+void frmI2C_General::connect_by_rule() {
+  if (store.Man_Usb_Conn != 0) return;
+  cmdUSBConnect_Click();
+  DoEvents();
+}
+
+void frmI2C_General::disconnect_by_rule() {
+  if (store.Man_Usb_Conn != 0) return;
+  cmdUSBDisconnect_Click();
+  DoEvents();
+}
+
+void frmI2C_General::take_addresses() {
+  store.I2C_WrAdr = static_cast<std::uint8_t>(HexVal(txtI2CAdr.Text));
+  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
+}
+
+void frmI2C_General::show_addresses() {
+  txtActualWrtAddress.Text = forms::Hex(store.I2C_WrAdr);
+  txtActualReadAddress.Text = forms::Hex(store.I2C_RdAdr);
+}
+
+// --- menus ---
+
+void frmI2C_General::mnu_ScriptShow_Click() {
+  Disconnect_USB();
+  DoEvents();
+  ChKManUsbConn.Value = 0;
+  DoEvents();
+  program.forms.touch("frmScriptOps").Show();
+}
+
+void frmI2C_General::mnuUsbDiag_Click(int Index) {
+  const auto choice = static_cast<Diagnostic>(Index);
+  if (choice == Diagnostic::Exit) {
+    Diag_Menu(program, *this, choice);
+    return;
+  }
+  connect_by_rule();
+  Diag_Menu(program, *this, choice);
+  disconnect_by_rule();
+}
+
 void frmI2C_General::mnuGPIO_Click() {
   form<frmGPIO>().Show();
 }
 void frmI2C_General::frmAbout_Click() {
   program.forms.touch("frmAbout2").Show();
 }
+
+// --- the session on the lamps ---
 
 void frmI2C_General::driver_handle_changed() {
   txthDriver.Text = forms::CStr(store.Drv_Handle);

@@ -1,0 +1,225 @@
+// The workbench's register rows and its single-byte panel: one register at a time.
+#include "bridge/text_utilities.h"
+#include "bridge/transfer.h"
+#include "workbench/workbench.h"
+
+namespace varzelin {
+namespace {
+
+constexpr int enter_key = 13;
+
+// What the bridge answers when all went through: the bytes read, or the bytes put on the bus.
+constexpr int good_read = 1;
+constexpr int good_write = 3;    // address, register, data
+constexpr int good_pointer = 2;  // address, register
+
+bool is_byte(int value) {
+  return value >= 0 && value < 256;
+}
+
+}  // namespace
+
+// --- the bus ---
+
+frmI2C_General::BusReply frmI2C_General::reply_of(int size, int preset_status) {
+  set_reply(store, store.I2C_Pipe + in_pipe_offset, size);
+  store.Xfer_Buf[0] = static_cast<std::uint8_t>(preset_status);
+  ReadPipe(program);
+  return {xfer_byte(store, 0), xfer_byte(store, 1)};
+}
+
+frmI2C_General::BusReply frmI2C_General::read_register(int register_number, int preset_status) {
+  store.I2C_RdCnt = 1;
+  set_request(store, store.I2C_Pipe, {store.I2C_RdCnt, store.I2C_RdAdr, register_number});
+  WritePipe(program);
+  return reply_of(store.I2C_RdCnt + 1, preset_status);
+}
+
+frmI2C_General::BusReply frmI2C_General::write_register(int register_number, int value) {
+  store.I2C_WrCnt = 1;
+  set_request(store, store.I2C_Pipe, {store.I2C_WrCnt, store.I2C_WrAdr, register_number, value});
+  WritePipe(program);
+  return reply_of(store.I2C_WrCnt + 1, 0);
+}
+
+// The count byte says 1 though no data follow.
+frmI2C_General::BusReply frmI2C_General::set_register_pointer(int register_number) {
+  store.I2C_WrCnt = 1;
+  set_request(store, store.I2C_Pipe, {store.I2C_WrCnt, store.I2C_WrAdr, register_number});
+  WritePipe(program);
+  return reply_of(store.I2C_WrCnt + 1, 0);
+}
+
+// --- lamps ---
+
+// Light and dark green alternate, so that a repeated good action shows that it was done.
+void frmI2C_General::toggle(Shape& shape) {
+  const bool was_light = shape.FillColor.get() == lamp(store.Clr_LtGreen);
+  shape.FillColor = lamp(was_light ? store.Clr_DkGreen : store.Clr_LtGreen);
+}
+
+void frmI2C_General::show_row_write(int row, bool good) {
+  shpBwrite(row).Visible = true;
+  txtBWrite(row).Enabled = true;
+  if (good) {
+    toggle(shpBwrite(row));
+  } else {
+    shpBwrite(row).FillColor = lamp(store.Clr_Red);
+  }
+}
+
+void frmI2C_General::show_row_read(int row, const BusReply& reply) {
+  lblReadCount.Caption = forms::Str(reply.status);
+  txtRdByte(row).Text = forms::Hex2(reply.data);
+  if (reply.status == good_read) {
+    toggle(Shape1(row));
+  } else {
+    txtRdByte(row).Text = "--";
+    Shape1(row).FillColor = lamp(store.Clr_Red);
+  }
+}
+
+void frmI2C_General::show_single_byte(Shape& action_lamp, bool good) {
+  Shape3.Visible = true;
+  lblNak.Visible = true;
+  Shape3.FillColor = lamp(good ? store.Clr_LtGreen : store.Clr_Red);
+  if (good) {
+    toggle(action_lamp);
+  } else {
+    txtReadByte.Text = "--";
+    action_lamp.FillColor = lamp(store.Clr_Red);
+  }
+}
+
+// --- rows ---
+
+bool frmI2C_General::is_active(int row) {
+  return Reg_Adr(row).Text.get().size() == 2;
+}
+
+bool frmI2C_General::valid_write_text(TextBox& box) {
+  box.Text = forms::UCase(box.Text);
+  // "--" is the mark of a value that isn't usable, though as a number it would be 0.
+  if (box.Text != "--") {
+    if (HexVal(box.Text) == 0) box.Text = "00";
+    if (is_byte(HexVal(box.Text))) return true;
+  }
+  box.Text = "--";
+  Log_Msg(program, "Invalid Write Value");
+  return false;
+}
+
+void frmI2C_General::txtRdByte_Click(int Index) {
+  if (txtRdByte(Index).Text.get().empty()) txtRdByte(Index).Text = "00";
+  connect_by_rule();
+  show_row_read(Index, read_register(HexVal(Reg_Adr(Index).Text)));
+  disconnect_by_rule();
+}
+
+void frmI2C_General::txtBWrite_KeyPress(int Index, int& KeyAscii) {
+  if (KeyAscii != enter_key || !valid_write_text(txtBWrite(Index))) return;
+  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  const BusReply reply = write_register(HexVal(Reg_Adr(Index).Text), HexVal(txtBWrite(Index).Text));
+  lblReadCount.Caption = forms::Str(reply.status);
+  show_row_write(Index, reply.status == good_write);
+  disconnect_by_rule();
+}
+
+// Connects before it looks at the text, and takes "--" for a pointer write.
+void frmI2C_General::txtBWrite_DblClick(int Index) {
+  TextBox& box = txtBWrite(Index);
+  box.Text = forms::UCase(box.Text);
+  connect_by_rule();
+  const int register_number = HexVal(Reg_Adr(Index).Text);
+  std::optional<BusReply> reply;
+  int good = good_write;
+  if (box.Text == "--") {
+    reply = set_register_pointer(register_number);
+    good = good_pointer;
+  } else {
+    if (HexVal(box.Text) == 0) box.Text = "00";
+    const int value = HexVal(box.Text);
+    if (is_byte(value)) {
+      reply = write_register(register_number, value);
+    } else {
+      box.Text = "!!";
+      Log_Msg(program, "Invalid Write Value");
+    }
+  }
+  if (reply) {
+    lblReadCount.Caption = forms::Str(reply->status);
+    show_row_write(Index, reply->status == good);
+  }
+  disconnect_by_rule();
+}
+
+// --- the single-byte panel ---
+
+void frmI2C_General::cmdWrite1Byte_Click(int Index) {
+  if (!valid_write_text(txtsbwr(Index))) return;
+  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  const BusReply reply = write_register(HexVal(txtUserRegAdr.Text), HexVal(txtsbwr(Index).Text));
+  lblReadCount.Caption = forms::Str(reply.status);
+  show_single_byte(Shape2(Index), reply.status == good_write);
+  disconnect_by_rule();
+}
+
+void frmI2C_General::txtsbwr_KeyPress(int Index, int& KeyAscii) {
+  if (KeyAscii == enter_key && valid_write_text(txtsbwr(Index))) cmdWrite1Byte_Click(Index);
+}
+
+void frmI2C_General::cmdRead_Click() {
+  if (txtReadByte.Text.get().empty()) txtReadByte.Text = "00";
+  connect_by_rule();
+  // The status is preset to the good value: a reply transfer that fails leaves it so, where a row would
+  // see 0.
+  const BusReply reply = read_register(HexVal(txtUserRegAdr.Text), good_read);
+  lblReadCount.Caption = forms::Str(reply.status);
+  txtReadByte.Text = forms::Hex2(reply.data);
+  show_single_byte(Shape2(2), reply.status == good_read);
+  disconnect_by_rule();
+}
+
+void frmI2C_General::txtUserRegAdr_KeyPress(int& KeyAscii) {
+  if (KeyAscii != enter_key) return;
+  txtUserRegAdr.Text = forms::UCase(txtUserRegAdr.Text);
+  if (HexVal(txtUserRegAdr.Text) == 0) txtUserRegAdr.Text = "00";
+}
+
+// --- all rows ---
+
+void frmI2C_General::cmdReadRegs_Click() {
+  connect_by_rule();
+  for (int row = 0; row < rows; ++row) {
+    const bool active = is_active(row);
+    if (active) {
+      show_row_read(row, read_register(HexVal(Reg_Adr(row).Text)));
+    } else {
+      Shape1(row).FillColor = lamp(store.Clr_Black);
+    }
+    Shape1(row).Visible = active;
+    txtRdByte(row).Enabled = active;
+  }
+  disconnect_by_rule();
+}
+
+void frmI2C_General::cmdwriteAll_Click() {
+  connect_by_rule();
+  for (int row = 0; row < rows; ++row) {
+    if (!is_active(row) || txtBWrite(row).Text.get().size() != 2) {
+      shpBwrite(row).FillColor = lamp(store.Clr_Black);
+      shpBwrite(row).Visible = false;
+      continue;
+    }
+    // No test of the text here: what isn't hexadecimal is sent as 0.
+    const BusReply reply = write_register(HexVal(Reg_Adr(row).Text), HexVal(txtBWrite(row).Text));
+    show_row_write(row, reply.status == good_write);
+  }
+  disconnect_by_rule();
+}
+
+void frmI2C_General::Command7_Click() {
+  for (int row = 0; row < rows; ++row) txtBWrite(row).Text = txtRdByte(row).Text;
+}
+
+}  // namespace varzelin
