@@ -213,27 +213,50 @@ TEST_F(ConsoleLooking, DriverTellsEveryCall) {
                    "ok []"}));
 }
 
-TEST(ConsoleCallLog, TheOldestCallsGoWhenNobodyAsks) {
-  VirtualClock clock;
-  console::CallLog log(clock);
-  const auto transfer = [&](std::uint8_t data, std::size_t times) {
+class ConsoleCallLog : public testing::Test {
+ protected:
+  void transfer(std::uint8_t data, std::size_t times = 1) {
     const std::vector<std::uint8_t> bytes(3, data);
     for (std::size_t i = 0; i < times; ++i) {
-      log.call_begins();
-      log.call_ended({"WDU_Transfer", 0, true, 2, 3, bytes});
+      log_.call_begins();
+      log_.call_ended({"WDU_Transfer", 0, true, 2, 3, bytes});
     }
-  };
-  transfer(1, 1);
-  transfer(2, 1);
+  }
+  std::string packets() { return written(&console::CallLog::write_packets); }
+  std::string calls() { return written(&console::CallLog::write_calls); }
+
+ private:
+  std::string written(void (console::CallLog::*write)(console::Json&)) {
+    std::ostringstream out;
+    console::Json json(out);
+    (log_.*write)(json);
+    json.end_line();
+    return out.str();
+  }
+
+  VirtualClock clock_;
+  console::CallLog log_{clock_};
+};
+
+TEST_F(ConsoleCallLog, TheOldestCallsGoWhenNobodyAsks) {
+  transfer(1);
+  transfer(2);
   transfer(3, console::CallLog::most_calls - 1);
-  std::ostringstream out;
-  console::Json json(out);
-  log.write_packets(json);
-  json.end_line();
-  const std::string answer = out.str();
+  const std::string answer = packets();
   EXPECT_EQ(answer.substr(0, 42), "[{\"pipe\":2,\"size\":3,\"data\":\"02 02 02\",\"sta");
   EXPECT_EQ(static_cast<std::size_t>(std::count(answer.begin(), answer.end(), '{')),
             console::CallLog::most_calls);
+}
+
+TEST_F(ConsoleCallLog, WhatWasToldTwiceGoesWithItsData) {
+  transfer(1);
+  packets();
+  transfer(2);
+  calls();
+  EXPECT_NE(packets().find("\"02 02 02\""), std::string::npos);
+  transfer(3);
+  EXPECT_NE(packets().find("\"03 03 03\""), std::string::npos);
+  EXPECT_NE(calls().find("WDU_Transfer"), std::string::npos);
 }
 
 TEST_F(ConsoleLooking, CommandsThatDoNotExistOrHaveTooManyArguments) {

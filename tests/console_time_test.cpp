@@ -75,6 +75,11 @@ TEST_F(ConsoleTime, FinishWaitsAMinute) {
             (Lines{"ok", "error still running", "ok 60026.002"}));
 }
 
+TEST_F(ConsoleTime, FinishGoesOnWhenOneOfTwoHandlersReturns) {
+  EXPECT_EQ(run({"start click frmBench.cmdLoop", "start click frmBench.cmdLong", "finish 700010", get_log}),
+            (Lines{"ok", "ok", "error still running", "ok \"Load Activate Loop LongEnd\""}));
+}
+
 TEST_F(ConsoleTime, FinishWaitsForAllStartedHandlers) {
   EXPECT_EQ(run({"start click frmBench.cmdLoop", "start click frmBench.cmdOther", "click frmBench.cmdStop",
                  "finish 5", "click frmBench.cmdStop", "finish 5", get_log}),

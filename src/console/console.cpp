@@ -71,7 +71,7 @@ void Console::run(const std::function<void(varzelin::Program&)>& start) {
   enter(State::Reading);
   program_.runtime.run(program_.forms);
   if (quit_) return;
-  if (state_ != State::Reading) answer(done);
+  if (state_ != State::Reading) answer(done);  // the command in hand when the program ended
   answer("* ended");
 }
 
@@ -213,12 +213,7 @@ void Console::run_handler(const Action& action, bool awaited) {
     ++started_;
     answer(done);
   }
-  try {
-    program_.runtime.dispatch(action);
-  } catch (const forms::EndProgram&) {
-    if (awaited_ == number) answer_and_read(done);
-    throw;
-  }
+  program_.runtime.dispatch(action);
   if (awaited_ == number && clock_.now() < attention_) {
     awaited_ = 0;
     return answer_and_read(done);
