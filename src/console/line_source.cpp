@@ -1,0 +1,62 @@
+#include "console/line_source.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace console {
+
+LineSource::Result StreamLines::next(std::string& line, std::optional<std::chrono::nanoseconds>) {
+  return std::getline(in_, line) ? Result::Line : Result::End;
+}
+
+LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::chrono::nanoseconds> limit) {
+  while (!take_line(line)) {
+    if (end_) return Result::End;
+    if (!readable(limit)) return Result::NotYet;
+    receive();
+  }
+  return Result::Line;
+}
+
+bool DescriptorLines::take_line(std::string& line) {
+  std::size_t line_end = buffer_.find('\n', searched_);
+  searched_ = buffer_.size();
+  if (line_end == std::string::npos) {
+    if (!end_ || begin_ == buffer_.size()) return false;
+    line_end = buffer_.size();
+  }
+  line.assign(buffer_, begin_, line_end - begin_);
+  begin_ = searched_ = std::min(line_end + 1, buffer_.size());
+  if (begin_ == buffer_.size()) {
+    std::string().swap(buffer_);  // one long line mustn't keep its memory
+    begin_ = searched_ = 0;
+  }
+  return true;
+}
+
+// A wait that a signal cut short counts as nothing to read: the caller comes again.
+bool DescriptorLines::readable(std::optional<std::chrono::nanoseconds> limit) const {
+  if (!limit) return true;
+  const auto whole = std::chrono::ceil<std::chrono::milliseconds>(*limit).count();
+  pollfd waiting{descriptor_, POLLIN, 0};
+  return poll(&waiting, 1, static_cast<int>(std::clamp<std::int64_t>(whole, 0, 1000))) > 0;
+}
+
+void DescriptorLines::receive() {
+  buffer_.erase(0, begin_);
+  searched_ -= begin_;
+  begin_ = 0;
+  std::array<char, 65536> piece;
+  const ssize_t count = read(descriptor_, piece.data(), piece.size());
+  if (count > 0) {
+    buffer_.append(piece.data(), static_cast<std::size_t>(count));
+  } else if (count == 0 || errno != EINTR) {
+    end_ = true;
+  }
+}
+
+}  // namespace console

@@ -1,0 +1,49 @@
+// Where command lines come from.
+#pragma once
+
+#include <chrono>
+#include <istream>
+#include <optional>
+#include <string>
+
+namespace console {
+
+class LineSource {
+ public:
+  enum class Result { Line, NotYet, End };
+
+  virtual ~LineSource() = default;
+  // The next line without its end, waiting for it at most `limit` (none: as long as it takes).
+  // Input behind the last line end counts as a line.
+  virtual Result next(std::string& line, std::optional<std::chrono::nanoseconds> limit) = 0;
+};
+
+// Lines of a stream that never keeps a reader waiting: a file, a text.
+class StreamLines final : public LineSource {
+ public:
+  explicit StreamLines(std::istream& in) : in_(in) {}
+  Result next(std::string& line, std::optional<std::chrono::nanoseconds> limit) override;
+
+ private:
+  std::istream& in_;
+};
+
+// Lines of a file descriptor, such as standard input.
+class DescriptorLines final : public LineSource {
+ public:
+  explicit DescriptorLines(int descriptor) : descriptor_(descriptor) {}
+  Result next(std::string& line, std::optional<std::chrono::nanoseconds> limit) override;
+
+ private:
+  bool take_line(std::string& line);
+  bool readable(std::optional<std::chrono::nanoseconds> limit) const;
+  void receive();
+
+  const int descriptor_;
+  std::string buffer_;
+  std::size_t searched_ = 0;  // no line end before this place of the buffer
+  std::size_t begin_ = 0;     // what lies before was taken
+  bool end_ = false;
+};
+
+}  // namespace console

@@ -1,0 +1,44 @@
+#!/bin/sh
+# The console program itself: exit statuses, standard output and standard error.
+# usage: console_program_test.sh PROGRAM
+program=$1
+failed=0
+
+# expect STATUS STDOUT INPUT ARGUMENT...
+expect() {
+  status=$1 output=$2 input=$3
+  shift 3
+  got=$(printf "$input" | "$program" "$@" 2>"$errors")
+  got_status=$?
+  if [ "$got_status" != "$status" ] || [ "$got" != "$(printf "$output")" ]; then
+    echo "FAILED: $program $*: status $got_status, not $status; output: $got"
+    failed=1
+  fi
+}
+# The last program wrote this many lines on standard error.
+expect_errors() {
+  if [ "$(wc -l <"$errors")" != "$1" ]; then
+    echo "FAILED: standard error is: $(cat "$errors")"
+    failed=1
+  fi
+}
+
+errors=$(mktemp)
+trap 'rm -f "$errors"' EXIT
+
+expect 0 'ok true\nok' 'get frmStartup.Visible\nquit\nget frmStartup.Visible\n'
+expect_errors 0
+expect 0 '' ''
+expect 0 'ok\n* ended' 'close frmStartup\nforms\n'
+expect 0 'ok false\nok' '\r\n# comment\r\nget frmAbout2.Loaded\r\nwait 5' --clock real
+expect 0 'ok' 'wait 5\n' --board simulated --clock virtual
+expect 0 'varzelin-als-console 5.4.1' '' --version
+expect_errors 0
+for arguments in '--board usb --clock virtual' '--clock virtual --board usb' '--board' '--clock sun' '--quiet' run; do
+  expect 2 '' 'quit\n' $arguments
+  expect_errors 1
+done
+expect 1 '' 'quit\n' --board usb
+expect_errors 1
+"$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
+exit $failed
