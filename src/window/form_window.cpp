@@ -110,4 +110,9 @@ void FormWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow() && on_activated) on_activated();
 }
 
+void FormWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (on_resized) on_resized();
+}
+
 }  // namespace window

@@ -28,13 +28,16 @@ class FormWindow final : public QMainWindow {
   // Controls that no layout places; they stand at the bottom of the window.
   const std::vector<forms::Control*>& left_over() const { return left_over_; }
 
-  // The user wants the window to close, and it came to the front. The program decides what follows.
+  // The user wants the window to close; it came to the front; it has another size. The program decides
+  // what follows.
   std::function<void()> on_close;
   std::function<void()> on_activated;
+  std::function<void()> on_resized;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void make_widgets();

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetricsF>
+#include <QLayout>
 #include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
@@ -31,7 +32,7 @@ PictureView::PictureView(PictureBox& picture, QWidget* parent)
       picture_(picture),
       image_(std::max(1, picture.ScaleWidth()), std::max(1, picture.ScaleHeight()), QImage::Format_RGB32) {
   image_.fill(Qt::white);
-  setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_OpaquePaintEvent, picture.ScaleWidth() > 0);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   copy_columns(0, picture.ScaleWidth() - 1);
 }
@@ -71,8 +72,13 @@ void PictureView::show_changes() {
   }
 }
 
+// A picture without a surface holds other widgets.
 QSize PictureView::sizeHint() const {
-  return image_.size() * 3 / 2;
+  return layout() ? QWidget::sizeHint() : image_.size() * 3 / 2;
+}
+
+QSize PictureView::minimumSizeHint() const {
+  return layout() ? QWidget::minimumSizeHint() : image_.size();
 }
 
 void PictureView::resizeEvent(QResizeEvent*) {
@@ -92,6 +98,7 @@ void PictureView::changeEvent(QEvent* event) {
 }
 
 void PictureView::paintEvent(QPaintEvent* event) {
+  if (picture_.ScaleWidth() == 0) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QRect exposed = event->rect();

@@ -24,7 +24,7 @@ class PictureView final : public QWidget {
   double scale_y() const { return height() / static_cast<double>(image_.height()); }
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return image_.size(); }
+  QSize minimumSizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

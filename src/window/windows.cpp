@@ -57,16 +57,17 @@ QWidget* Windows::front_window() const {
 FormWindow& Windows::make_window(forms::Form& form) {
   auto& form_window = windows_[&form];
   form_window = std::make_unique<FormWindow>(form, title_suffix_, entries());
-  form_window->on_close = [this, name = form.name()] {
-    program_.runtime.post([this, name] {
-      if (forms::Form* loaded = program_.forms.loaded(name)) close_by_user(*loaded);
-    });
+  // The window may be gone when its turn comes.
+  const auto later = [this, name = form.name()](void (Windows::*act)(FormWindow&)) {
+    return [this, name, act] {
+      program_.runtime.post([this, name, act] {
+        if (FormWindow* still_there = window_of(name)) (this->*act)(*still_there);
+      });
+    };
   };
-  form_window->on_activated = [this, name = form.name()] {
-    program_.runtime.post([this, name] {
-      if (forms::Form* loaded = program_.forms.loaded(name)) activated_by_user(*loaded);
-    });
-  };
+  form_window->on_close = later(&Windows::close_by_user);
+  form_window->on_activated = later(&Windows::activated_by_user);
+  form_window->on_resized = later(&Windows::resized);
   return *form_window;
 }
 
@@ -144,17 +145,24 @@ void Windows::open(const std::string& form_name) {
 }
 
 // A handler that still runs for the form would keep a program without windows alive.
-void Windows::close_by_user(forms::Form& form) {
+void Windows::close_by_user(FormWindow& form_window) {
   constexpr int close_box = 0;
-  if (program_.forms.unload(form, close_box) && !program_.forms.front()) program_.runtime.end();
+  if (program_.forms.unload(form_window.form(), close_box) && !program_.forms.front()) program_.runtime.end();
 }
 
-void Windows::activated_by_user(forms::Form& form) {
-  const FormWindow* form_window = window_of(form.name());
-  if (form_window && form_window->isActiveWindow() && form.visible() && program_.forms.front() != &form) {
-    shown_in_front_ = &form;
-    program_.forms.show(form);
-  }
+void Windows::activated_by_user(FormWindow& form_window) {
+  forms::Form& form = form_window.form();
+  if (!form_window.isActiveWindow() || !form.visible() || program_.forms.front() == &form) return;
+  shown_in_front_ = &form;
+  program_.forms.show(form);
+}
+
+void Windows::resized(FormWindow& form_window) {
+  constexpr double units_a_pixel = 15;
+  forms::Form& form = form_window.form();
+  form.ScaleWidth = units_a_pixel * form_window.centralWidget()->width();
+  form.ScaleHeight = units_a_pixel * form_window.centralWidget()->height();
+  form.Form_Resize();
 }
 
 }  // namespace window

@@ -50,8 +50,9 @@ class Windows {
   FormWindow& make_window(forms::Form& form);
   std::vector<WindowEntry> entries();
   void open(const std::string& form_name);
-  void close_by_user(forms::Form& form);
-  void activated_by_user(forms::Form& form);
+  void close_by_user(FormWindow& form_window);
+  void activated_by_user(FormWindow& form_window);
+  void resized(FormWindow& form_window);
 
   varzelin::Program& program_;
   WindowFrontEnd& front_end_;
