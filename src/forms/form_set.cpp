@@ -20,6 +20,12 @@ bool FormSet::knows(std::string_view name) const {
   return std::ranges::any_of(factories_, [&](const auto& entry) { return entry.first == name; });
 }
 
+std::vector<std::string> FormSet::names() const {
+  std::vector<std::string> names;
+  for (const auto& [name, factory] : factories_) names.push_back(name);
+  return names;
+}
+
 Form* FormSet::loaded(std::string_view name) const {
   const auto found = std::ranges::find_if(order_, [&](const Form* form) { return form->name() == name; });
   return found == order_.end() ? nullptr : *found;

@@ -25,6 +25,8 @@ class FormSet {
 
   void add(std::string name, Factory factory);
   bool knows(std::string_view name) const;
+  // In the order of adding.
+  std::vector<std::string> names() const;
 
   // The default instance of a form, loaded first when it isn't (Form_Load runs to its end). The
   // name has to be known.

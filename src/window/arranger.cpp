@@ -1,0 +1,161 @@
+#include "window/arranger.h"
+
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QStyle>
+#include <algorithm>
+#include <stdexcept>
+
+#include "forms/controls.h"
+#include "window/caption_button.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+QBoxLayout* box(QBoxLayout::Direction direction, const Parts& parts) {
+  auto* layout = new QBoxLayout(direction);
+  layout->setSpacing(gap);
+  layout->setContentsMargins(0, 0, 0, 0);
+  for (const Part& part : parts) {
+    if (part.widget) {
+      layout->addWidget(part.widget, part.stretch);
+    } else if (part.layout) {
+      layout->addLayout(part.layout, part.stretch);
+    } else {
+      layout->addStretch(part.stretch);
+    }
+  }
+  return layout;
+}
+
+bool needs_place(const forms::Control& control) {
+  return control.kind() != forms::Kind::Timer && control.kind() != forms::Kind::CommonDialog &&
+         control.kind() != forms::Kind::Menu;
+}
+
+}  // namespace
+
+QBoxLayout* row(const Parts& parts) {
+  return box(QBoxLayout::LeftToRight, parts);
+}
+QBoxLayout* column(const Parts& parts) {
+  return box(QBoxLayout::TopToBottom, parts);
+}
+
+QWidget* Arranger::operator()(std::string_view name, int index) {
+  const forms::Control* control = form_.find(name, index);
+  auto* widget = control ? window_.findChild<QWidget*>(to_qt(control->full_name())) : nullptr;
+  if (!widget) throw std::logic_error(form_.name() + " has no widget for " + std::string(name));
+  if (std::ranges::find(widgets_, widget) == widgets_.end()) {
+    placed_.push_back(control);
+    widgets_.push_back(widget);
+  }
+  return widget;
+}
+
+QGroupBox* Arranger::frame(std::string_view name, QLayout* inside, int index) {
+  auto* group_box = as<QGroupBox>(name, index);
+  inside->setContentsMargins(gap, gap, gap, gap);
+  group_box->setLayout(inside);
+  return group_box;
+}
+
+QGroupBox* Arranger::group(const QString& title, QLayout* inside) {
+  auto* group_box = new QGroupBox(title, &window_);
+  inside->setContentsMargins(gap, gap, gap, gap);
+  group_box->setLayout(inside);
+  return group_box;
+}
+
+QLabel* Arranger::text(const QString& caption, QWidget* beside) {
+  auto* label = new QLabel(caption, &window_);
+  if (beside) {
+    beside->setAccessibleName(caption);
+    label->setToolTip(beside->toolTip());
+  }
+  return label;
+}
+
+Arranger::Field Arranger::field(std::string_view label, QWidget* widget) {
+  auto* caption = as<QLabel>(label);
+  widget->setAccessibleName(to_plain_caption(dynamic_cast<forms::Label&>(*form_.find(label)).Caption.get()));
+  return {caption, widget};
+}
+
+QGridLayout* Arranger::fields(std::initializer_list<Field> fields) {
+  auto* grid = new QGridLayout;
+  grid->setSpacing(gap);
+  grid->setContentsMargins(0, 0, 0, 0);
+  int line = 0;
+  for (const Field& field : fields) {
+    grid->addWidget(field.caption, line, 0);
+    grid->addWidget(field.widget, line, 1, Qt::AlignRight);
+    ++line;
+  }
+  grid->setColumnStretch(0, 1);
+  return grid;
+}
+
+QWidget* Arranger::digits(int count, QWidget* widget) {
+  const QFontMetrics metrics = widget->fontMetrics();
+  widget->setFixedWidth(metrics.horizontalAdvance(QString(count, '0')) + 3 * metrics.averageCharWidth());
+  return widget;
+}
+
+QWidget* Arranger::keep_room(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+  return widget;
+}
+
+QLayout* Arranger::in_turn(QWidget* one, QWidget* other) {
+  auto* place = new QGridLayout;
+  place->setContentsMargins(0, 0, 0, 0);
+  place->addWidget(keep_room(one), 0, 0);
+  place->addWidget(keep_room(other), 0, 0);
+  return place;
+}
+
+QWidget* Arranger::lines(int count, std::string_view button, int index) {
+  auto* caption_button = as<CaptionButton>(button, index);
+  caption_button->reserve_lines(count);
+  return caption_button;
+}
+
+QWidget* Arranger::list_rows(int count, QWidget* list) {
+  const int frame = 2 * list->style()->pixelMetric(QStyle::PM_DefaultFrameWidth) + 2;
+  list->setFixedHeight(count * list->fontMetrics().height() + frame);
+  constexpr int characters = 16;
+  list->setMinimumWidth(characters * list->fontMetrics().averageCharWidth());
+  list->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  return list;
+}
+
+QWidget* Arranger::aligned_by_blanks(QWidget* widget) {
+  widget->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  return widget;
+}
+
+QLayout* Arranger::lamp(QWidget* lamp, QWidget* caption) {
+  if (const auto* words = qobject_cast<QLabel*>(caption)) lamp->setAccessibleName(words->text());
+  return row({lamp, {caption, 1}});
+}
+
+void Arranger::set_tab_order() const {
+  for (std::size_t i = 1; i < widgets_.size(); ++i) QWidget::setTabOrder(widgets_[i - 1], widgets_[i]);
+}
+
+std::vector<forms::Control*> Arranger::left_over() const {
+  std::vector<forms::Control*> left;
+  for (forms::Control* control : form_.controls()) {
+    if (needs_place(*control) && std::ranges::find(placed_, control) == placed_.end())
+      left.push_back(control);
+  }
+  return left;
+}
+
+}  // namespace window

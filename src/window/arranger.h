@@ -1,0 +1,96 @@
+// What a layout file works with: the form's widgets by their controls' names, and rows, columns and
+// fields to put them in. The arranger remembers which controls found a place.
+#pragma once
+
+#include <QBoxLayout>
+#include <QString>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "forms/form.h"
+
+class QGridLayout;
+class QGroupBox;
+class QLabel;
+class QWidget;
+
+namespace window {
+
+class Binding;
+
+// A part of a row or a column: a widget, a layout, or room that grows.
+struct Part {
+  Part(QWidget* part, int share = 0) : widget(part), stretch(share) {}
+  Part(QLayout* part, int share = 0) : layout(part), stretch(share) {}
+  static Part room() { return Part(static_cast<QWidget*>(nullptr), 1); }
+
+  QWidget* widget = nullptr;
+  QLayout* layout = nullptr;
+  int stretch = 0;
+};
+using Parts = std::initializer_list<Part>;
+
+QBoxLayout* row(const Parts& parts);
+QBoxLayout* column(const Parts& parts);
+
+class Arranger {
+ public:
+  Arranger(forms::Form& form, QWidget& window) : form_(form), window_(window) {}
+
+  bool has(std::string_view name, int index = -1) const { return form_.find(name, index) != nullptr; }
+  // The widget of a control, which has a place now. Throws std::logic_error when the form has no such
+  // control.
+  QWidget* operator()(std::string_view name, int index = -1);
+  template <class Widget>
+  Widget* as(std::string_view name, int index = -1) {
+    return static_cast<Widget*>((*this)(name, index));
+  }
+
+  // A frame control with what stands in it.
+  QGroupBox* frame(std::string_view name, QLayout* inside, int index = -1);
+  // A group that only the layout knows.
+  QGroupBox* group(const QString& title, QLayout* inside);
+  // A caption that only the layout knows. It names the widget that it stands beside.
+  QLabel* text(const QString& caption, QWidget* beside = nullptr);
+  // Caption and widget under each other in two aligned columns.
+  struct Field {
+    QWidget* caption;
+    QWidget* widget;
+  };
+  QGridLayout* fields(std::initializer_list<Field> fields);
+  Field field(const QString& caption, QWidget* widget) { return {text(caption, widget), widget}; }
+  // The caption is a label control of the form.
+  Field field(std::string_view label, QWidget* widget);
+  Field field(const char* label, QWidget* widget) { return field(std::string_view(label), widget); }
+
+  // Makes a widget as wide as so many digits.
+  QWidget* digits(int count, QWidget* widget);
+  // A widget that keeps its room while it is hidden.
+  QWidget* keep_room(QWidget* widget);
+  // Two that are never on screen together, in one place.
+  QLayout* in_turn(QWidget* one, QWidget* other);
+  // A button with room for so many lines of caption.
+  QWidget* lines(int count, std::string_view button, int index = -1);
+  // A list as high as so many rows.
+  QWidget* list_rows(int count, QWidget* list);
+  // A widget whose texts are brought in columns by blanks.
+  QWidget* aligned_by_blanks(QWidget* widget);
+  // A lamp with its caption; the caption names it.
+  QLayout* lamp(QWidget* lamp, QWidget* caption);
+
+  // Controls that need a place and have none.
+  std::vector<forms::Control*> left_over() const;
+  // The Tab key goes through the widgets in the order in which they found their places.
+  void set_tab_order() const;
+
+ private:
+  forms::Form& form_;
+  QWidget& window_;
+  std::vector<const forms::Control*> placed_;
+  std::vector<QWidget*> widgets_;
+};
+
+}  // namespace window

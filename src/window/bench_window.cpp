@@ -1,0 +1,161 @@
+#include "window/bench_window.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSlider>
+#include <QTimer>
+#include <cmath>
+
+#include "boards/simulated/simulated_board.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+constexpr int slider_steps = 1000;
+
+// A logarithmic slider has its own place for values that a logarithm doesn't reach.
+double at_position(int position, double low, double high, bool logarithmic) {
+  const double part = position / static_cast<double>(slider_steps);
+  if (!logarithmic) return low + part * (high - low);
+  return position == 0 ? 0 : low * std::pow(high / low, part);
+}
+
+int position_of(double value, double low, double high, bool logarithmic) {
+  double part = (value - low) / (high - low);
+  if (logarithmic) part = value <= low ? 0 : std::log(value / low) / std::log(high / low);
+  return static_cast<int>(std::lround(std::clamp(part, 0.0, 1.0) * slider_steps));
+}
+
+}  // namespace
+
+BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suffix)
+    : board_(board), model_(new QLabel(this)) {
+  setObjectName("Bench");
+  setWindowTitle("Bench" + title_suffix);
+  boards::Scene& scene = board.scene();
+
+  auto* quantities = new QGridLayout;
+  quantities->setSpacing(gap);
+  quantities->setHorizontalSpacing(2 * gap);
+  add_quantity(*quantities, {"light", "&Light", " lx", "Visible light on the sensor", 0.01, 100000, 2, true,
+                             scene.light_lux, [&scene](double value) { scene.light_lux = value; }});
+  add_quantity(*quantities,
+               {"infrared", "&Infrared", " counts", "Infrared part, in counts of the infrared diode", 0,
+                65535, 0, false, scene.ir_counts, [&scene](double value) { scene.ir_counts = value; }});
+  add_quantity(*quantities,
+               {"distance", "&Target distance", " mm", "From the sensor to the target in front of it", 0, 500,
+                0, false, scene.distance_mm, [&scene](double value) { scene.distance_mm = value; }});
+  add_quantity(*quantities, {"noise", "&Noise", " counts", "Full width of the noise on the readings", 0, 500,
+                             0, false, board.noise(), [this](double value) { board_.set_noise(value); }});
+  auto* scene_box = new QGroupBox("Scene", this);
+  scene_box->setLayout(quantities);
+
+  auto* switches = new QHBoxLayout;
+  switches->setSpacing(4 * gap);
+  switches->addWidget(add_switch("plugged", "Board &plugged in", "Pulls the board's plug, or puts it back",
+                                 board.plugged(), [this](bool on) { on ? board_.plug() : board_.unplug(); }));
+  switches->addWidget(add_switch("answers", "Sensor &answers",
+                                 "Without it the sensor doesn't acknowledge anything on the bus",
+                                 board.sensor_answers(), [this](bool on) { board_.set_sensor_answers(on); }));
+  switches->addStretch();
+  switches->addWidget(new QLabel("In the socket:", this));
+  model_->setObjectName("model");
+  model_->setAccessibleName("Sensor in the socket");
+  switches->addWidget(model_);
+  auto* board_box = new QGroupBox("Board", this);
+  board_box->setLayout(switches);
+
+  auto* outermost = new QVBoxLayout(this);
+  outermost->setSpacing(gap);
+  outermost->setContentsMargins(gap, gap, gap, gap);
+  outermost->addWidget(scene_box);
+  outermost->addWidget(board_box);
+  outermost->addStretch();
+
+  auto* refresh = new QTimer(this);
+  connect(refresh, &QTimer::timeout, this, [this] {
+    if (isVisible()) show_board();
+  });
+  refresh->start(500);
+  show_board();
+  resize(60 * fontMetrics().averageCharWidth() + 200, sizeHint().height());
+}
+
+void BenchWindow::add_quantity(QGridLayout& grid, const Quantity& quantity) {
+  auto* slider = new QSlider(Qt::Horizontal, this);
+  auto* box = new QDoubleSpinBox(this);
+  slider->setRange(0, slider_steps);
+  slider->setPageStep(slider_steps / 20);
+  slider->setMinimumWidth(30 * fontMetrics().averageCharWidth());
+  slider->setObjectName(QString(quantity.name) + "_slider");
+  box->setRange(quantity.logarithmic ? 0 : quantity.low, quantity.high);
+  box->setDecimals(quantity.decimals);
+  box->setSuffix(quantity.unit);
+  box->setStepType(QAbstractSpinBox::AdaptiveDecimalStepType);
+  box->setKeyboardTracking(false);
+  box->setAlignment(Qt::AlignRight);
+  box->setObjectName(quantity.name);
+  const QString caption = QString(quantity.caption).remove('&');
+  slider->setAccessibleName(caption + " slider");
+  box->setAccessibleName(caption);
+  slider->setToolTip(quantity.tip);
+  box->setToolTip(quantity.tip);
+
+  const auto to_slider = [slider, quantity](double value) {
+    const QSignalBlocker quiet(slider);
+    slider->setValue(position_of(value, quantity.low, quantity.high, quantity.logarithmic));
+  };
+  box->setValue(quantity.value);
+  to_slider(quantity.value);
+  connect(slider, &QSlider::valueChanged, this, [box, quantity](int position) {
+    const double value = at_position(position, quantity.low, quantity.high, quantity.logarithmic);
+    const QSignalBlocker quiet(box);
+    box->setValue(value);
+    quantity.set(value);
+  });
+  connect(box, &QDoubleSpinBox::valueChanged, this, [to_slider, quantity](double value) {
+    to_slider(value);
+    quantity.set(value);
+  });
+
+  auto* label = new QLabel(quantity.caption, this);
+  label->setBuddy(box);
+  const int line = grid.rowCount();
+  grid.addWidget(label, line, 0);
+  grid.addWidget(slider, line, 1);
+  grid.addWidget(box, line, 2);
+}
+
+QCheckBox* BenchWindow::add_switch(const char* name, const QString& caption, const QString& tip, bool on,
+                                   std::function<void(bool)> set) {
+  auto* box = new QCheckBox(caption, this);
+  box->setObjectName(name);
+  box->setToolTip(tip);
+  box->setChecked(on);
+  connect(box, &QCheckBox::toggled, this, std::move(set));
+  return box;
+}
+
+void BenchWindow::show_board() {
+  const std::string& model = board_.mounted_model();
+  model_->setText(model.empty() ? QString("nothing") : to_qt(model));
+  const auto in_step = [this](const char* name, bool on) {
+    auto* box = findChild<QCheckBox*>(name);
+    const QSignalBlocker quiet(box);
+    box->setChecked(on);
+  };
+  in_step("plugged", board_.plugged());
+  in_step("answers", board_.sensor_answers());
+}
+
+void BenchWindow::showEvent(QShowEvent* event) {
+  show_board();
+  QWidget::showEvent(event);
+}
+
+}  // namespace window

@@ -1,0 +1,50 @@
+// The bench of a simulated board: the light on the sensor, the target in front of it, the plug. What
+// is moved here changes the board at once, also while a handler of the program runs.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+class QCheckBox;
+class QDoubleSpinBox;
+class QGridLayout;
+class QLabel;
+
+namespace boards {
+class SimulatedBoard;
+}
+
+namespace window {
+
+class BenchWindow final : public QWidget {
+ public:
+  BenchWindow(boards::SimulatedBoard& board, const QString& title_suffix);
+  // Shows what the program did to the board: the sensor in its socket.
+  void show_board();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  // A slider and a box for one quantity.
+  struct Quantity {
+    const char* name;
+    const char* caption;
+    const char* unit;
+    const char* tip;
+    double low;
+    double high;
+    int decimals;
+    bool logarithmic;
+    double value;
+    std::function<void(double)> set;
+  };
+  void add_quantity(QGridLayout& grid, const Quantity& quantity);
+  QCheckBox* add_switch(const char* name, const QString& caption, const QString& tip, bool on,
+                        std::function<void(bool)> set);
+
+  boards::SimulatedBoard& board_;
+  QLabel* model_;
+};
+
+}  // namespace window

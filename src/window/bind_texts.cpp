@@ -1,0 +1,236 @@
+// Text boxes of one line and of many.
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "forms/controls.h"
+#include "forms/user.h"
+#include "window/binding.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+using forms::Event;
+
+constexpr int backspace = 8;
+constexpr int carriage_return = 13;
+constexpr int escape = 27;
+
+// The character code that a key press has for a handler; 0 for keys that are none.
+int key_ascii(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return carriage_return;
+    case Qt::Key_Backspace:
+      return backspace;
+    case Qt::Key_Escape:
+      return escape;
+    default:
+      break;
+  }
+  if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return 0;
+  const QString text = key.text();
+  if (text.size() != 1) return 0;
+  const int code = text[0].unicode();
+  return code >= ' ' && code <= 0xFF ? code : 0;
+}
+
+// Keys that leave the box or work the window are not the box's own.
+bool leaves_box(const QKeyEvent& key) {
+  return key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab || (key.modifiers() & Qt::AltModifier) ||
+         (key.key() >= Qt::Key_F1 && key.key() <= Qt::Key_F35);
+}
+
+class TextBinding : public Binding {
+ public:
+  explicit TextBinding(forms::TextBox& box) : Binding(box), box_(box) {}
+
+  void show() override {
+    if (!ahead()) put_text();
+    show_colors();
+    Binding::show();
+  }
+
+ protected:
+  forms::TextBox& box() const { return box_; }
+  // The widget's text in the control's form.
+  virtual std::string entered() const = 0;
+  // Types the text at the caret.
+  virtual void insert(const QString& text) = 0;
+  // Brings the widget to the control's text, the caret kept where that makes sense.
+  virtual void put_text() = 0;
+
+  void edited_by_user() {
+    if (replaying_) return;
+    post([this, text = entered()] { box_.Text = text; });
+  }
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress && object == widget() && !replaying_) {
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if (click_by_key(key)) return true;
+      if (box_.handles(Event::KeyPress) && !leaves_box(key)) {
+        post_key(key);
+        return true;
+      }
+    }
+    return Binding::eventFilter(object, event);
+  }
+
+ private:
+  // A box that waits for a click, or two, has a key for each as well.
+  bool click_by_key(const QKeyEvent& key) {
+    if (key_ascii(key) != carriage_return || !(key.modifiers() & Qt::ControlModifier)) return false;
+    if (key.modifiers() & Qt::ShiftModifier) {
+      clicked_twice();
+    } else {
+      released({});
+    }
+    return true;
+  }
+
+  // The handler decides what becomes of a key, so all keys wait for their turn in the message loop,
+  // where those that it lets pass reach the widget in the order they were pressed.
+  void post_key(const QKeyEvent& key) {
+    post([this, still_here = alive(), copy = std::shared_ptr<QKeyEvent>(key.clone())] {
+      const int code = key_ascii(*copy);
+      const int left = code == 0 ? 0 : forms::user::press_key(box_, code);
+      if (still_here.expired() || (code != 0 && left == 0)) return;
+      if (!ahead()) put_text();
+      replaying_ = true;
+      if (left == code) {
+        QApplication::sendEvent(widget(), copy.get());
+      } else {
+        insert(QChar(static_cast<char16_t>(left)));
+      }
+      replaying_ = false;
+      box_.Text = entered();
+    });
+  }
+
+  // The system's colours are the platform's own palette.
+  void show_colors() {
+    if (box_.BackColor.get() == shown_back_ && box_.ForeColor.get() == shown_fore_) return;
+    shown_back_ = box_.BackColor;
+    shown_fore_ = box_.ForeColor;
+    QPalette colors;
+    if (shown_back_ != forms::clr_window_background) colors.setColor(QPalette::Base, to_qt(shown_back_));
+    if (shown_fore_ != forms::clr_window_text) colors.setColor(QPalette::Text, to_qt(shown_fore_));
+    widget()->setPalette(colors);
+  }
+
+  forms::TextBox& box_;
+  bool replaying_ = false;
+  forms::Color shown_back_ = forms::clr_window_background;
+  forms::Color shown_fore_ = forms::clr_window_text;
+};
+
+class LineBinding final : public TextBinding {
+ public:
+  LineBinding(forms::TextBox& text_box, QWidget* parent)
+      : TextBinding(text_box), edit_(new QLineEdit(parent)), shown_caret_(text_box.SelStart) {
+    adopt(edit_);
+    connect(edit_, &QLineEdit::textEdited, this, [this] { edited_by_user(); });
+  }
+
+ protected:
+  std::string entered() const override { return edit_->text().toStdString(); }
+  void insert(const QString& text) override { edit_->insert(text); }
+  void put_text() override {
+    const QString text = to_qt(box().Text.get());
+    if (text != edit_->text()) {
+      const auto caret = std::min<qsizetype>(edit_->cursorPosition(), text.size());
+      edit_->setText(text);
+      edit_->setCursorPosition(edit_->hasFocus() ? static_cast<int>(caret) : 0);
+    }
+    if (shown_caret_ != box().SelStart) {
+      shown_caret_ = box().SelStart;
+      edit_->setCursorPosition(shown_caret_);
+    }
+  }
+
+ private:
+  QLineEdit* edit_;
+  std::int32_t shown_caret_;
+};
+
+// Texts that only grew are appended to what is shown: logs have no limit.
+class PageBinding final : public TextBinding {
+ public:
+  PageBinding(forms::TextBox& text_box, QWidget* parent)
+      : TextBinding(text_box), edit_(new QPlainTextEdit(parent)) {
+    adopt(edit_);
+    watch(edit_->viewport());
+    edit_->setTabChangesFocus(true);
+    connect(edit_, &QPlainTextEdit::textChanged, this, [this] {
+      if (!putting_) edited_by_user();
+    });
+  }
+
+ protected:
+  std::string entered() const override { return edit_->toPlainText().replace('\n', "\r\n").toStdString(); }
+  void insert(const QString& text) override { edit_->insertPlainText(text); }
+  void put_text() override {
+    const std::string& text = box().Text.get();
+    putting_ = true;
+    if (edit_->isReadOnly() && continues(text)) {
+      append(text.substr(shown_length_));
+    } else if (!edit_->isReadOnly() && text == entered()) {
+      // the user's own typing
+    } else {
+      edit_->setPlainText(to_qt(text));
+    }
+    putting_ = false;
+    shown_length_ = text.size();
+    shown_end_ = end_of(text, shown_length_);
+    show_end();
+  }
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::Resize && object == edit_->viewport()) {
+      QMetaObject::invokeMethod(
+          this, [this] { show_end(); }, Qt::QueuedConnection);
+    }
+    return TextBinding::eventFilter(object, event);
+  }
+
+ private:
+  static std::string end_of(const std::string& text, std::size_t length) {
+    constexpr std::size_t compared = 256;
+    const std::size_t start = length > compared ? length - compared : 0;
+    return text.substr(start, length - start);
+  }
+  bool continues(const std::string& text) const {
+    return text.size() >= shown_length_ && end_of(text, shown_length_) == shown_end_;
+  }
+  // Logs show their latest lines.
+  void show_end() {
+    if (!edit_->isReadOnly()) return;
+    edit_->moveCursor(QTextCursor::End);
+    edit_->ensureCursorVisible();
+  }
+  void append(const std::string& more) {
+    if (more.empty()) return;
+    QTextCursor end(edit_->document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(to_qt(more));
+  }
+
+  QPlainTextEdit* edit_;
+  std::size_t shown_length_ = 0;
+  std::string shown_end_;
+  bool putting_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Binding> bind_text_box(forms::Control& control, QWidget* parent) {
+  auto& box = dynamic_cast<forms::TextBox&>(control);
+  if (box.MultiLine) return std::make_unique<PageBinding>(box, parent);
+  return std::make_unique<LineBinding>(box, parent);
+}
+
+}  // namespace window

@@ -1,0 +1,109 @@
+#include "window/binding.h"
+
+#include <QFocusEvent>
+#include <QMouseEvent>
+#include <QWidget>
+
+#include "forms/user.h"
+#include "window/look.h"
+
+namespace window {
+
+using forms::Event;
+using forms::Kind;
+
+bool usable(const forms::Control& control) {
+  for (const forms::Control* each = &control; each; each = each->container()) {
+    if (!each->Enabled) return false;
+  }
+  return control.shown();
+}
+
+void Binding::show() {
+  if (!widget_) return;
+  widget_->setEnabled(control_.Enabled);
+  widget_->setVisible(control_.Visible);
+  if (const QString tip = to_qt(control_.ToolTipText.get()); widget_->toolTip() != tip)
+    widget_->setToolTip(tip);
+}
+
+void Binding::adopt(QWidget* widget) {
+  widget_ = widget;
+  widget->setObjectName(to_qt(control_.full_name()));
+  watch(widget);
+}
+
+void Binding::watch(QWidget* part) {
+  part->installEventFilter(this);
+}
+
+void Binding::released(QPoint) {
+  if (control_.handles(Event::Click)) post([this] { forms::user::click(control_); });
+}
+
+void Binding::clicked_twice() {
+  if (control_.handles(Event::DblClick)) post([this] { forms::user::double_click(control_); });
+}
+
+bool Binding::eventFilter(QObject* object, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut: {
+      // The focus stays with the control while another window or a menu has it.
+      const auto reason = static_cast<QFocusEvent*>(event)->reason();
+      if (object != widget_ || reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+          reason == Qt::MenuBarFocusReason) {
+        break;
+      }
+      if (event->type() == QEvent::FocusIn) {
+        if (control_.handles(Event::GotFocus)) post([this] { forms::user::focus(control_); });
+      } else if (control_.handles(Event::LostFocus)) {
+        post([this] { forms::user::leave(control_); }, When::Always);
+      }
+      break;
+    }
+    case QEvent::MouseButtonRelease: {
+      const auto* mouse = static_cast<QMouseEvent*>(event);
+      if (mouse->button() == Qt::LeftButton) released(mouse->pos());
+      break;
+    }
+    case QEvent::MouseButtonDblClick:
+      if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) clicked_twice();
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(object, event);
+}
+
+std::unique_ptr<Binding> bind(forms::Control& control, QWidget* parent) {
+  switch (control.kind()) {
+    case Kind::CommandButton:
+    case Kind::CheckBox:
+    case Kind::OptionButton:
+      return bind_button(control, parent);
+    case Kind::TextBox:
+      return bind_text_box(control, parent);
+    case Kind::ListBox:
+    case Kind::ComboBox:
+      return bind_list(control, parent);
+    case Kind::Grid:
+      return bind_grid(control, parent);
+    case Kind::HScrollBar:
+    case Kind::VScrollBar:
+    case Kind::SSTab:
+      return bind_range(control, parent);
+    case Kind::Label:
+    case Kind::Frame:
+    case Kind::Shape:
+    case Kind::PictureBox:
+      return bind_display(control, parent);
+    case Kind::Timer:
+    case Kind::Menu:
+    case Kind::CommonDialog:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace window

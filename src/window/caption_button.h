@@ -1,0 +1,23 @@
+// A push button whose caption wraps, so that a long caption makes it higher and not wider.
+#pragma once
+
+#include <QPushButton>
+
+namespace window {
+
+class CaptionButton final : public QPushButton {
+ public:
+  explicit CaptionButton(QWidget* parent = nullptr);
+  // Room for so many lines of caption from the start, so that a change of the caption moves nothing.
+  void reserve_lines(int lines);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int lines_ = 1;
+};
+
+}  // namespace window

@@ -1,0 +1,24 @@
+#include "window/chart_layout.h"
+
+#include "window/arranger.h"
+#include "window/picture_view.h"
+
+namespace window {
+namespace {
+
+// Where the plot stands on the labels' picture. Labels are printed 8 pixels below the plot's row that
+// they belong to and are 12 pixels high, so that here their middle is at that row.
+constexpr QPoint plot_corner(52, 14);
+
+}  // namespace
+
+QWidget* chart(Arranger& place, std::string_view labels, std::string_view plot) {
+  auto* sheet = place.as<PictureView>(labels);
+  auto* view = place.as<PictureView>(plot);
+  sheet->stand_on_it(*view, plot_corner);
+  sheet->setAccessibleName("Chart scale");
+  view->setAccessibleName("Chart");
+  return sheet;
+}
+
+}  // namespace window

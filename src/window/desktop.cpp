@@ -1,0 +1,33 @@
+#include "window/desktop.h"
+
+#include <QApplication>
+
+#include "shell/application.h"
+#include "window/look.h"
+#include "window/window_front_end.h"
+#include "window/windows.h"
+
+namespace window {
+
+// The program takes no options, so Qt gets none either.
+int run(const char* program_name, const Desktop& desktop) {
+  std::string name = program_name;
+  char* arguments[] = {name.data(), nullptr};
+  int count = 1;
+  QApplication application(count, arguments);
+  set_look(application);
+
+  WindowFrontEnd front_end;
+  varzelin::Program program(desktop.clock, desktop.driver, front_end);
+  Windows windows(program, front_end, desktop.bench);
+  program.libraries.push_back(std::string("Qt ") + qVersion() + " (LGPL 3)");
+  varzelin::add_forms(program);
+  program.runtime.post([&] {
+    varzelin::start(program);
+    if (!desktop.warning.empty()) program.runtime.MsgBox(desktop.warning, forms::vbExclamation);
+  });
+  program.runtime.run(program.forms);
+  return 0;
+}
+
+}  // namespace window

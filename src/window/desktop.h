@@ -1,0 +1,25 @@
+// A desktop program from its start to its end.
+#pragma once
+
+#include <string>
+
+#include "boards/driver.h"
+#include "forms/clock.h"
+
+namespace boards {
+class SimulatedBoard;
+}
+
+namespace window {
+
+struct Desktop {
+  forms::Clock& clock;
+  boards::Driver& driver;
+  boards::SimulatedBoard* bench = nullptr;  // the driver's board, when it is a simulated one
+  std::string warning = {};                 // shown in a message box at the start, when not empty
+};
+
+// Returns the exit code of the process when the user has left the program.
+int run(const char* program_name, const Desktop& desktop);
+
+}  // namespace window

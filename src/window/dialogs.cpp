@@ -1,0 +1,109 @@
+#include "window/dialogs.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+
+#include "shell/application.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+struct Answer {
+  int number;
+  QMessageBox::StandardButton button;
+};
+constexpr Answer answers[] = {{forms::vbOK, QMessageBox::Ok},
+                              {forms::vbCancel, QMessageBox::Cancel},
+                              {forms::vbRetry, QMessageBox::Retry},
+                              {forms::vbYes, QMessageBox::Yes},
+                              {forms::vbNo, QMessageBox::No}};
+
+QMessageBox::Icon icon_of(int buttons) {
+  constexpr int icon_bits = 0x70;
+  switch (buttons & icon_bits) {
+    case 16:
+      return QMessageBox::Critical;
+    case 32:
+      return QMessageBox::Question;
+    case 48:
+      return QMessageBox::Warning;
+    case 64:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
+  }
+}
+
+QString title_of(const std::string& title, const QString& suffix) {
+  return (title.empty() ? QString(varzelin::application_title) : to_qt(title)) + suffix;
+}
+
+}  // namespace
+
+int show_message(QWidget* parent, const forms::MessageBox& message, const QString& title_suffix) {
+  QMessageBox box(icon_of(message.buttons), title_of(message.title, title_suffix), to_qt(message.text),
+                  QMessageBox::NoButton, parent);
+  box.setTextFormat(Qt::PlainText);
+  const auto possible = message.answers();
+  for (const int answer : possible) {
+    for (const Answer& each : answers) {
+      if (each.number != answer) continue;
+      QPushButton* button = box.addButton(each.button);
+      if (answer == possible.front()) box.setDefaultButton(button);
+    }
+  }
+  const int clicked = box.exec();
+  for (const Answer& each : answers) {
+    if (each.button == clicked) return each.number;
+  }
+  return possible.back();
+}
+
+std::optional<std::string> ask_text(QWidget* parent, const forms::InputBoxRequest& request,
+                                    const QString& title_suffix) {
+  bool accepted = false;
+  const QString text =
+      QInputDialog::getText(parent, title_of(request.title, title_suffix), to_qt(request.prompt),
+                            QLineEdit::Normal, to_qt(request.default_text), &accepted);
+  if (!accepted) return std::nullopt;
+  return text.toStdString();
+}
+
+QStringList name_filters(const std::string& filter) {
+  QStringList filters;
+  const QStringList parts = to_qt(filter).split('|');
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QString name = parts[i];
+    if (const auto bracket = name.lastIndexOf('('); bracket >= 0) name.truncate(bracket);
+    QString pattern = parts[i + 1];
+    pattern.replace(';', ' ');
+    if (pattern == "*.*") pattern = "*";
+    filters << name.trimmed() + " (" + pattern + ")";
+  }
+  return filters;
+}
+
+// The dialog to open takes a new name as well: whether the file has to exist is for the program to say.
+std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& request,
+                                       const QString& title_suffix) {
+  QFileDialog dialog(parent, title_of(request.title, title_suffix));
+  dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  if (const QStringList filters = name_filters(request.filter); !filters.isEmpty()) {
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(filters.value(std::max(0, request.filter_index - 1), filters.front()));
+  }
+  QString suffix = to_qt(request.default_extension);
+  suffix.remove('*');
+  dialog.setDefaultSuffix(suffix);
+  if (!request.filename.empty()) dialog.selectFile(to_qt(request.filename));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return dialog.selectedFiles().front().toStdString();
+}
+
+}  // namespace window

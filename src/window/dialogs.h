@@ -1,0 +1,23 @@
+// Message boxes, input boxes and file dialogs. Each returns when the user has answered.
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+
+#include "forms/runtime.h"
+
+class QWidget;
+
+namespace window {
+
+int show_message(QWidget* parent, const forms::MessageBox& box, const QString& title_suffix);
+std::optional<std::string> ask_text(QWidget* parent, const forms::InputBoxRequest& request,
+                                    const QString& title_suffix);
+std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& dialog,
+                                       const QString& title_suffix);
+
+// "text|pattern|text|pattern" as Qt's name filters: "text (pattern)", a pattern in the text dropped.
+QStringList name_filters(const std::string& filter);
+
+}  // namespace window

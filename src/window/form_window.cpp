@@ -1,0 +1,118 @@
+#include "window/form_window.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "window/arranger.h"
+#include "window/layouts.h"
+#include "window/look.h"
+
+namespace window {
+
+FormWindow::FormWindow(forms::Form& form, QString title_suffix, const std::vector<WindowEntry>& windows)
+    : form_(form), title_suffix_(std::move(title_suffix)) {
+  setObjectName(to_qt(form.name()));
+  setCentralWidget(new QWidget(this));
+  make_widgets();
+  add_windows_menu(*menuBar(), windows);
+  arrange();
+  name_widgets();
+  show_title();
+  take_size();
+}
+
+FormWindow::~FormWindow() {
+  bindings_.clear();
+}
+
+void FormWindow::make_widgets() {
+  for (forms::Control* control : form_.controls()) {
+    if (auto binding = bind(*control, centralWidget())) bindings_[control] = std::move(binding);
+  }
+  for (auto& binding : bind_menus(form_, *menuBar())) {
+    const forms::Control* menu = &binding->control();
+    bindings_[menu] = std::move(binding);
+  }
+}
+
+void FormWindow::arrange() {
+  // Layouts measure captions, so these come first. Finding a place hides a widget; hence once more.
+  const auto show_all = [this] {
+    for (const auto& [control, binding] : bindings_) binding->show();
+  };
+  show_all();
+  Arranger place(form_, *centralWidget());
+  auto* outermost = new QVBoxLayout(centralWidget());
+  outermost->setContentsMargins(gap, gap, gap, gap);
+  outermost->setSpacing(gap);
+  const LayoutFunction arrange_form = layout_of(form_.name());
+  if (arrange_form) {
+    outermost->addLayout(arrange_form(place), 1);
+    left_over_ = place.left_over();
+  }
+  if (!place.left_over().empty()) outermost->addLayout(arrange_plainly(place));
+  place.set_tab_order();
+  show_all();
+}
+
+// A screen reader's name for each widget: its own words, the layout's caption beside it, its tool tip,
+// or else its control's name.
+void FormWindow::name_widgets() {
+  for (const auto& [control, binding] : bindings_) {
+    QWidget* widget = binding->widget();
+    if (!widget || !widget->accessibleName().isEmpty()) continue;
+    const auto* label = qobject_cast<QLabel*>(widget);
+    if (qobject_cast<QAbstractButton*>(widget) || (label && !label->text().isEmpty())) continue;
+    const QString tip = widget->toolTip();
+    widget->setAccessibleName(tip.isEmpty() ? to_qt(control->full_name()) : tip);
+  }
+}
+
+void FormWindow::show_title() {
+  const QString title = to_qt(form_.Caption.get()) + title_suffix_;
+  if (title != windowTitle()) setWindowTitle(title);
+}
+
+// A window's own size, as far as the screen has it; a layout alone would get two thirds of the screen.
+// The title tells what the numbers are worth, so it is to be read in full.
+void FormWindow::take_size() {
+  constexpr int icon_and_buttons = 140;
+  constexpr QSize frame(8, 40);
+  const int title = fontMetrics().horizontalAdvance(windowTitle()) * 11 / 10 + icon_and_buttons;
+  resize(sizeHint().expandedTo({title, 0}).boundedTo(screen()->availableSize() - frame));
+}
+
+void FormWindow::show_change(const forms::Control& control) {
+  const auto found = bindings_.find(&control);
+  if (found != bindings_.end()) found->second->show();
+}
+
+void FormWindow::show_comers(const forms::Control& control) {
+  if (!control.Enabled || !control.Visible) return;
+  const auto found = bindings_.find(&control);
+  if (found == bindings_.end() || !found->second->widget()) return;
+  found->second->widget()->setEnabled(true);
+  found->second->widget()->setVisible(true);
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (on_close) on_close();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && on_activated) on_activated();
+}
+
+void FormWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (on_resized) on_resized();
+}
+
+}  // namespace window

@@ -1,0 +1,43 @@
+#include "window/lamp.h"
+
+#include <QPainter>
+#include <QRadialGradient>
+
+#include "window/look.h"
+
+namespace window {
+
+Lamp::Lamp(QWidget* parent) : QWidget(parent) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setAccessibleDescription(lamp_words(color_));
+}
+
+void Lamp::set_color(forms::Color color) {
+  if (color == color_) return;
+  color_ = color;
+  setAccessibleDescription(lamp_words(color));
+  update();
+}
+
+QSize Lamp::sizeHint() const {
+  const int side = fontMetrics().height();
+  return {side, side};
+}
+
+void Lamp::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const double diameter = std::min(width(), height()) - 2.0;
+  const QRectF disc((width() - diameter) / 2, (height() - diameter) / 2, diameter, diameter);
+  const bool off = forms::resolved(color_) == forms::clr_black;
+  const QColor color = off ? QColor(0x38, 0x38, 0x38) : to_qt(color_);
+  QRadialGradient glass(disc.center() - QPointF(diameter, diameter) * 0.18, diameter * 0.75);
+  glass.setColorAt(0, off ? QColor(0x60, 0x60, 0x60) : color.lighter(125));
+  glass.setColorAt(0.6, color);
+  glass.setColorAt(1, color.darker(125));
+  painter.setBrush(isEnabled() ? QBrush(glass) : QBrush(palette().mid()));
+  painter.setPen(QPen(QColor(0x28, 0x28, 0x28), 1.2));
+  painter.drawEllipse(disc);
+}
+
+}  // namespace window

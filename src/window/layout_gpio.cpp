@@ -1,0 +1,75 @@
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+
+#include "window/arranger.h"
+#include "window/layouts.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+struct Port {
+  const char* boxes;
+  int count;
+};
+
+QLayout* boxes_of(Arranger& place, const Port& port) {
+  QBoxLayout* boxes = column({});
+  for (int i = 0; i < port.count; ++i) boxes->addWidget(place(port.boxes, i));
+  return boxes;
+}
+
+// Written and read-back byte of a port, and the lamp that compares them.
+void add_bytes(Arranger& place, QGridLayout& grid, int line, const QString& port, const char* boxes,
+               int written, int lamp) {
+  QWidget* out = place.digits(3, place(boxes, written));
+  QWidget* back = place.digits(3, place(boxes, written + 1));
+  QWidget* compared = place("shpGpioWr", lamp);
+  out->setAccessibleName(port + " written");
+  back->setAccessibleName(port + " read back");
+  compared->setAccessibleName(port + " compared");
+  grid.addWidget(place.text(port), line, 0);
+  grid.addWidget(out, line, 1);
+  grid.addWidget(back, line, 2);
+  grid.addWidget(compared, line, 3);
+}
+
+QGridLayout* bytes_of(Arranger& place, const char* boxes, int first_lamp) {
+  auto* grid = new QGridLayout;
+  grid->setSpacing(gap);
+  grid->addWidget(place.text("Written"), 0, 1);
+  grid->addWidget(place.text("Read"), 0, 2);
+  add_bytes(place, *grid, 1, "PB Hex", boxes, 0, first_lamp);
+  add_bytes(place, *grid, 2, "PC Hex", boxes, 2, first_lamp + 1);
+  grid->setColumnStretch(4, 1);
+  return grid;
+}
+
+}  // namespace
+
+QLayout* arrange_gpio(Arranger& place) {
+  const auto ports = [&](const Port& b, const Port& c, const Port& leds, QGridLayout* bytes) {
+    return row({column({boxes_of(place, b), Part::room()}),
+                column({boxes_of(place, c), boxes_of(place, leds), Part::room()}),
+                column({bytes, Part::room()})});
+  };
+  auto* enables = place.frame(
+      "Frame1", ports({"chkOutEn", 8}, {"chkOutEnc", 4}, {"ChLed1", 2}, bytes_of(place, "txtPCHex", 2)));
+  auto* data = place.frame("Frame2", ports({"ChkBData", 8}, {"ChkCData", 4}, {"ChKLedData", 2},
+                                           bytes_of(place, "txtPCHexData", 4)));
+  constexpr int signal_count = 12;
+  constexpr int signals_a_line = 6;
+  auto* names = new QGridLayout;
+  names->setSpacing(gap);
+  for (int i = 0; i < signal_count; ++i) {
+    names->addWidget(place("txtGPIOUserName", i), i / signals_a_line, i % signals_a_line);
+  }
+  auto* board_signals = place.frame("Frame3", names);
+  return column(
+      {row({enables, data}), board_signals, Part::room(),
+       row({place.lamp(place("ShpAttach"), place("lblUsbComm")), Part::room(), place("shpGpioWr", 0),
+            place("shpGpioWr", 1), place("cmdReadGPIO"), place("cmdGPIO_Write")})});
+}
+
+}  // namespace window

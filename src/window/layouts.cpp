@@ -1,0 +1,60 @@
+#include "window/layouts.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <array>
+#include <map>
+
+#include "window/arranger.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+struct Entry {
+  std::string_view form;
+  LayoutFunction arrange;
+};
+constexpr std::array entries{
+    Entry{"frmStartup", arrange_start_panel},      Entry{"frmAbout2", arrange_about_box},
+    Entry{"frmProxOff", arrange_proximity_offset}, Entry{"frmGPIO", arrange_gpio},
+    Entry{"frmI2C_General", arrange_workbench},    Entry{"frmKVT71346", arrange_kvt71346},
+};
+
+}  // namespace
+
+// A second instance, "frmScriptOps#2", looks like the first.
+LayoutFunction layout_of(std::string_view form_name) {
+  const std::string_view base = form_name.substr(0, form_name.find('#'));
+  for (const Entry& entry : entries) {
+    if (entry.form == base) return entry.arrange;
+  }
+  return nullptr;
+}
+
+QLayout* arrange_plainly(Arranger& place) {
+  constexpr int columns = 4;
+  std::map<const forms::Control*, QGridLayout*> inside;
+  const auto grid_of = [&](const forms::Control* container) {
+    QGridLayout*& grid = inside[container];
+    if (!grid) {
+      grid = new QGridLayout;
+      grid->setSpacing(gap);
+    }
+    return grid;
+  };
+  QGridLayout* outermost = grid_of(nullptr);
+  const auto left = place.left_over();
+  for (const forms::Control* control : left) {
+    QWidget* widget = place(control->name(), control->index());
+    const forms::Control* container = control->container();
+    const bool in_frame = container && container->kind() == forms::Kind::Frame && inside.contains(container);
+    QGridLayout* grid = in_frame ? grid_of(container) : outermost;
+    const int count = grid->count();
+    grid->addWidget(widget, count / columns, count % columns);
+    if (control->kind() == forms::Kind::Frame) widget->setLayout(grid_of(control));
+  }
+  return outermost;
+}
+
+}  // namespace window

@@ -1,0 +1,54 @@
+#include "window/look.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPixmap>
+#include <array>
+
+#include "shell/application.h"
+#include "window/emblem.h"
+
+namespace window {
+
+QColor to_qt(forms::Color color) {
+  const auto value = static_cast<int>(forms::resolved(color).value);
+  return QColor(value & 0xFF, (value >> 8) & 0xFF, (value >> 16) & 0xFF);
+}
+
+QString to_caption(const std::string& caption) {
+  QString result = to_qt(caption);
+  for (qsizetype i = 0; i < result.size(); ++i) {
+    if (result[i] != '&') continue;
+    const bool marks = i + 1 < result.size() && !result[i + 1].isSpace();
+    if (!marks) result.insert(i, '&');
+    ++i;
+  }
+  return result;
+}
+
+QString to_plain_caption(const std::string& caption) {
+  return to_caption(caption).replace("&&", "&");
+}
+
+QString lamp_words(forms::Color color) {
+  static constexpr std::array words{
+      "off",  "dark blue", "dark green",  "dark cyan", "dark red", "purple",  "dark yellow", "light grey",
+      "grey", "blue",      "light green", "cyan",      "red",      "magenta", "yellow",      "white"};
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (forms::QBColor(static_cast<double>(i)) == forms::resolved(color)) return words[i];
+  }
+  return to_qt(forms::html(color));
+}
+
+void set_look(QApplication& application) {
+  QApplication::setStyle("fusion");
+  QApplication::setApplicationName(varzelin::application_title);
+  QPixmap icon(64, 64);
+  icon.fill(Qt::transparent);
+  QPainter painter(&icon);
+  paint_emblem(painter, QRectF(icon.rect()));
+  painter.end();
+  application.setWindowIcon(QIcon(icon));
+}
+
+}  // namespace window

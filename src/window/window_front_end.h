@@ -1,0 +1,37 @@
+// The program's front end on the desktop: dialogs, and the turns that Qt gets while handlers run.
+#pragma once
+
+#include <chrono>
+
+#include "forms/runtime.h"
+
+namespace window {
+
+class Windows;
+
+class WindowFrontEnd final : public forms::FrontEnd {
+ public:
+  // Null: no windows.
+  void attach(Windows* windows) { windows_ = windows; }
+
+  int message_box(const forms::MessageBox& box) override;
+  std::optional<std::string> input_box(const forms::InputBoxRequest& request) override;
+  std::optional<std::string> file_dialog(const forms::FileDialog& dialog) override;
+  void runtime_error(const forms::RunTimeError& error) override;
+  // A clock read, but for one time in some milliseconds.
+  void yield() override;
+  // Keeps the windows painted. A sleep of a few milliseconds just sleeps.
+  void sleep(forms::Clock& clock, forms::Clock::Duration time) override;
+  void idle(std::optional<forms::Clock::Duration> limit) override;
+
+ private:
+  using SteadyClock = std::chrono::steady_clock;
+  void pump();
+  void show_changes();
+
+  Windows* windows_ = nullptr;
+  SteadyClock::time_point next_pump_{};
+  SteadyClock::time_point next_show_{};
+};
+
+}  // namespace window

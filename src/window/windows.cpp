@@ -1,0 +1,168 @@
+#include "window/windows.h"
+
+#include <array>
+
+#include "boards/simulated/simulated_board.h"
+#include "window/bench_window.h"
+#include "window/form_window.h"
+#include "window/look.h"
+#include "window/window_front_end.h"
+
+namespace window {
+namespace {
+
+// Forms that no control opens.
+struct Reachable {
+  const char* form;
+  const char* text;
+};
+constexpr std::array reachable{
+    Reachable{"frmI2C_General", "Register &Workbench"},
+    Reachable{"frmGPIO", "&GPIO Panel"},
+    Reachable{"frmScriptOps", "&Script Panel"},
+};
+
+}  // namespace
+
+Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::SimulatedBoard* bench)
+    : program_(program), front_end_(front_end) {
+  if (bench) {
+    title_suffix_ = QStringLiteral(" \u2014 ") + to_qt(program.driver.board_name());
+    bench_ = std::make_unique<BenchWindow>(*bench, title_suffix_);
+  }
+  program_.forms.on_unloaded = [this](forms::Form& form) {
+    if (shown_in_front_ == &form) shown_in_front_ = nullptr;
+    windows_.erase(&form);
+  };
+  front_end_.attach(this);
+}
+
+Windows::~Windows() {
+  front_end_.attach(nullptr);
+  program_.forms.on_unloaded = nullptr;
+}
+
+FormWindow* Windows::window_of(std::string_view form_name) const {
+  for (const auto& [form, form_window] : windows_) {
+    if (form->name() == form_name) return form_window.get();
+  }
+  return nullptr;
+}
+
+QWidget* Windows::front_window() const {
+  const auto found = windows_.find(program_.forms.front());
+  return found == windows_.end() ? nullptr : found->second.get();
+}
+
+FormWindow& Windows::make_window(forms::Form& form) {
+  auto& form_window = windows_[&form];
+  form_window = std::make_unique<FormWindow>(form, title_suffix_, entries());
+  // The window may be gone when its turn comes.
+  const auto later = [this, name = form.name()](void (Windows::*act)(FormWindow&)) {
+    return [this, name, act] {
+      program_.runtime.post([this, name, act] {
+        if (FormWindow* still_there = window_of(name)) (this->*act)(*still_there);
+      });
+    };
+  };
+  form_window->on_close = later(&Windows::close_by_user);
+  form_window->on_activated = later(&Windows::activated_by_user);
+  form_window->on_resized = later(&Windows::resized);
+  return *form_window;
+}
+
+// What comes on screen comes before the rest goes: a desktop without any window of the program would
+// hand the keyboard to another one, and focus moves best to a widget that is already usable.
+void Windows::show_changes() {
+  if (!program_.runtime.has_changes()) return;
+  const auto changes = program_.runtime.take_changes();
+  const auto window_for = [this](const forms::Form& form) {
+    const auto found = windows_.find(&form);
+    return found == windows_.end() ? nullptr : found->second.get();
+  };
+  for (const forms::Control* control : changes.controls) {
+    if (FormWindow* form_window = window_for(control->form())) form_window->show_comers(*control);
+  }
+  for (const forms::Control* control : changes.controls) {
+    if (FormWindow* form_window = window_for(control->form())) form_window->show_change(*control);
+  }
+  for (forms::Form* form : changes.forms) {
+    FormWindow* form_window = window_for(*form);
+    if (form_window) form_window->show_title();
+    if (!form->visible()) continue;
+    had_face_ = true;
+    if (!form_window) form_window = &make_window(*form);
+    form_window->show();
+  }
+  const forms::Form* front = program_.forms.front();
+  if (front && front != shown_in_front_) {
+    if (FormWindow* form_window = window_for(*front)) {
+      form_window->raise();
+      form_window->activateWindow();
+    }
+  }
+  shown_in_front_ = front;
+  for (const forms::Form* form : changes.forms) {
+    FormWindow* form_window = window_for(*form);
+    if (form_window && !form->visible()) form_window->hide();
+  }
+}
+
+bool Windows::program_has_face() {
+  return !had_face_ || program_.forms.front() != nullptr;
+}
+
+void Windows::end_if_faceless() {
+  if (!program_has_face() && program_.runtime.handlers_on_stack() == 0) program_.runtime.end();
+}
+
+std::vector<WindowEntry> Windows::entries() {
+  std::vector<WindowEntry> list;
+  for (const Reachable& each : reachable) {
+    if (!program_.forms.knows(each.form)) continue;
+    list.push_back({each.text, [this, name = std::string(each.form)] {
+                      program_.runtime.post([this, name] { open(name); });
+                    }});
+  }
+  if (bench_) {
+    list.push_back({"Simulated &Bench", [this] {
+                      bench_->showNormal();
+                      bench_->raise();
+                      bench_->activateWindow();
+                    }});
+  }
+  return list;
+}
+
+void Windows::open(const std::string& form_name) {
+  program_.forms.touch(form_name).Show();
+  show_changes();
+  if (FormWindow* form_window = window_of(form_name)) {
+    form_window->showNormal();
+    form_window->raise();
+    form_window->activateWindow();
+  }
+}
+
+// A handler that still runs for the form would keep a program without windows alive.
+void Windows::close_by_user(FormWindow& form_window) {
+  constexpr int close_box = 0;
+  if (program_.forms.unload(form_window.form(), close_box) && !program_.forms.front()) program_.runtime.end();
+}
+
+void Windows::activated_by_user(FormWindow& form_window) {
+  forms::Form& form = form_window.form();
+  if (!form_window.isActiveWindow() || !form.visible() || program_.forms.front() == &form) return;
+  shown_in_front_ = &form;
+  program_.forms.show(form);
+}
+
+void Windows::resized(FormWindow& form_window) {
+  constexpr double units_a_pixel = 15;
+  forms::Form& form = form_window.form();
+  form.ScaleWidth = units_a_pixel * form_window.centralWidget()->width();
+  form.ScaleHeight = units_a_pixel * form_window.centralWidget()->height();
+  form.Form_Resize();
+}
+
+}  // namespace window

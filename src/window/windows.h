@@ -1,0 +1,66 @@
+// The windows of a running program: one for each form that has been on screen, and the bench window
+// of a simulated board.
+#pragma once
+
+#include <QString>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "bridge/program.h"
+#include "window/menu_bar.h"
+
+class QWidget;
+
+namespace boards {
+class SimulatedBoard;
+}
+
+namespace window {
+
+class BenchWindow;
+class FormWindow;
+class WindowFrontEnd;
+
+class Windows {
+ public:
+  // Joins the program to its front end; both outlive this object. `bench` is the simulated board
+  // behind the program's driver, if there is one: its name then stands in every title.
+  Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::SimulatedBoard* bench = nullptr);
+  ~Windows();
+  Windows(const Windows&) = delete;
+  Windows& operator=(const Windows&) = delete;
+
+  // Brings windows and widgets in step with what changed in the program since the last call.
+  void show_changes();
+  // False once a form was on screen and none is any more.
+  bool program_has_face();
+  // Ends the program from its main loop when nothing is on screen any more.
+  void end_if_faceless();
+
+  // The window of the form in front, or null: where dialogs belong.
+  QWidget* front_window() const;
+  // The window of a loaded form; null when it hasn't been on screen yet.
+  FormWindow* window_of(std::string_view form_name) const;
+  BenchWindow* bench() const { return bench_.get(); }
+  const QString& title_suffix() const { return title_suffix_; }
+
+ private:
+  FormWindow& make_window(forms::Form& form);
+  std::vector<WindowEntry> entries();
+  void open(const std::string& form_name);
+  void close_by_user(FormWindow& form_window);
+  void activated_by_user(FormWindow& form_window);
+  void resized(FormWindow& form_window);
+
+  varzelin::Program& program_;
+  WindowFrontEnd& front_end_;
+  QString title_suffix_;
+  std::map<const forms::Form*, std::unique_ptr<FormWindow>> windows_;
+  std::unique_ptr<BenchWindow> bench_;
+  const forms::Form* shown_in_front_ = nullptr;
+  bool had_face_ = false;
+};
+
+}  // namespace window

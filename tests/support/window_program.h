@@ -1,0 +1,61 @@
+// A program with windows for a test: virtual clock and simulated board. The test turns the message
+// loop by hand.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <string>
+
+#include "boards/simulated/simulated_board.h"
+#include "bridge/program.h"
+#include "forms/errors.h"
+#include "window/form_window.h"
+#include "window/window_front_end.h"
+#include "window/windows.h"
+
+namespace varzelin::testing {
+
+struct WindowProgram : ::testing::Test {
+  forms::VirtualClock clock;
+  boards::SimulatedBoard board{clock};
+  window::WindowFrontEnd front_end;
+  Program program{clock, board, front_end};
+  window::Windows windows{program, front_end, &board};
+
+  // What waits in Qt, then what waits in the program, then the screen.
+  void turn() {
+    QApplication::processEvents();
+    program.runtime.service();
+    windows.show_changes();
+    program.forms.sweep();
+    QApplication::processEvents();
+  }
+  // True when the program ended in that turn.
+  bool turn_ends() {
+    try {
+      turn();
+      return false;
+    } catch (const forms::EndProgram&) {
+      return true;
+    }
+  }
+  void show(std::string_view form) {
+    program.runtime.dispatch([&] { program.forms.touch(form).Show(); });
+    turn();
+  }
+  window::FormWindow& window_of(std::string_view form) {
+    window::FormWindow* found = windows.window_of(form);
+    if (!found) throw std::logic_error("no window of " + std::string(form));
+    return *found;
+  }
+  template <class Widget>
+  Widget& widget(std::string_view form, const char* name) {
+    auto* found = window_of(form).findChild<Widget*>(name);
+    if (!found) throw std::logic_error(std::string("no widget ") + name);
+    return *found;
+  }
+};
+
+}  // namespace varzelin::testing

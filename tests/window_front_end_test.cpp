@@ -1,0 +1,193 @@
+// Dialogs, and Qt's turns while a handler runs.
+#include <QAbstractButton>
+#include <QDir>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "boards/missing_driver.h"
+#include "shell/application.h"
+#include "shell/start_panel.h"
+#include "support/window_program.h"
+#include "window/dialogs.h"
+
+namespace varzelin::testing {
+namespace {
+
+struct WindowFrontEndTest : WindowProgram {
+  void SetUp() override {
+    add_forms(program);
+    program.runtime.dispatch([&] { start(program); });
+    turn();
+  }
+  // Acts on the dialog that is going to open.
+  template <class Dialog>
+  void when_open(std::function<void(Dialog&)> act) {
+    QTimer::singleShot(0, [act = std::move(act)] {
+      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+      if (!dialog) FAIL() << "no dialog of the kind";
+      act(*dialog);
+    });
+  }
+};
+
+TEST_F(WindowFrontEndTest, AMessageBoxGivesTheAnswer) {
+  when_open<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Stop?");
+    EXPECT_EQ(box.windowTitle(), "Question \u2014 simulated board");
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
+    EXPECT_EQ(box.icon(), QMessageBox::Warning);
+    box.button(QMessageBox::No)->click();
+  });
+  EXPECT_EQ(program.runtime.MsgBox("Stop?", forms::vbYesNo | forms::vbExclamation, "Question"), forms::vbNo);
+}
+
+TEST_F(WindowFrontEndTest, EscapeCancelsAMessageBox) {
+  when_open<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(program.runtime.MsgBox("Go on?", forms::vbOKCancel), forms::vbCancel);
+  when_open<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+  EXPECT_EQ(program.runtime.MsgBox("So it is"), forms::vbOK);
+}
+
+TEST_F(WindowFrontEndTest, TheFirstButtonIsTheDefault) {
+  when_open<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+  EXPECT_EQ(program.runtime.MsgBox("Again?", forms::vbRetryCancel), forms::vbRetry);
+}
+
+TEST_F(WindowFrontEndTest, NoHandlerRunsWhileABoxIsOpen) {
+  bool ran = false;
+  when_open<QMessageBox>([&](QMessageBox& box) {
+    program.runtime.post([&] { ran = true; });
+    QApplication::processEvents();
+    EXPECT_FALSE(ran);
+    box.accept();
+  });
+  program.runtime.dispatch([&] { program.runtime.MsgBox("Wait"); });
+  EXPECT_FALSE(ran);
+  turn();
+  EXPECT_TRUE(ran);
+}
+
+TEST_F(WindowFrontEndTest, ARunTimeErrorIsReportedWithItsNumber) {
+  when_open<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Run-time error '6':\n\nOverflow");
+    box.accept();
+  });
+  program.runtime.dispatch([] { forms::raise_error(forms::overflow); });
+}
+
+TEST_F(WindowFrontEndTest, AnInputBoxGivesTheTextOrNone) {
+  when_open<QInputDialog>([](QInputDialog& dialog) {
+    EXPECT_EQ(dialog.labelText(), "How many?");
+    EXPECT_EQ(dialog.textValue(), "5");
+    dialog.setTextValue("7");
+    dialog.accept();
+  });
+  EXPECT_EQ(program.runtime.InputBox("How many?", "Count", "5"), "7");
+  when_open<QInputDialog>([](QInputDialog& dialog) { dialog.reject(); });
+  EXPECT_EQ(program.runtime.InputBox("How many?", "Count", "5"), std::nullopt);
+}
+
+TEST_F(WindowFrontEndTest, FiltersArePairsOfTextAndPattern) {
+  EXPECT_EQ(window::name_filters("All Files (*.*)|*.*|KVT7134x Data Files(*.txt)|*.txt"),
+            (QStringList{"All Files (*)", "KVT7134x Data Files (*.txt)"}));
+  EXPECT_EQ(window::name_filters("Both|*.txt;*.kvt"), QStringList{"Both (*.txt *.kvt)"});
+  EXPECT_TRUE(window::name_filters("").isEmpty());
+}
+
+TEST_F(WindowFrontEndTest, AFileDialogToOpenTakesANewName) {
+  const QTemporaryDir folder;
+  when_open<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Select \u2014 simulated board");
+    EXPECT_EQ(dialog.selectedNameFilter(), "Text (*.txt)");
+    dialog.setDirectory(folder.path());
+    dialog.findChild<QLineEdit*>()->setText("fresh");
+    static_cast<QDialog&>(dialog).accept();
+  });
+  const auto chosen = program.runtime.file_dialog({.save = false,
+                                                   .title = "Select",
+                                                   .filter = "All|*.*|Text|*.txt",
+                                                   .filter_index = 2,
+                                                   .filename = "",
+                                                   .default_extension = "*.txt"});
+  EXPECT_EQ(chosen, folder.filePath("fresh.txt").toStdString());
+  when_open<QFileDialog>([&](QFileDialog& dialog) { dialog.reject(); });
+  EXPECT_EQ(program.runtime.file_dialog({.save = true,
+                                         .title = "",
+                                         .filter = "",
+                                         .filter_index = 0,
+                                         .filename = "",
+                                         .default_extension = ""}),
+            std::nullopt);
+}
+
+// A long sleep gives Qt its turns, and the program none.
+TEST_F(WindowFrontEndTest, ASleepPaintsButRunsNoHandler) {
+  forms::SystemClock real;
+  bool qt_ran = false;
+  bool handler_ran = false;
+  QTimer::singleShot(1, [&] { qt_ran = true; });
+  program.runtime.post([&] { handler_ran = true; });
+  const auto before = real.now();
+  front_end.sleep(real, std::chrono::milliseconds(40));
+  EXPECT_GE(real.now() - before, std::chrono::milliseconds(40));
+  EXPECT_TRUE(qt_ran);
+  EXPECT_FALSE(handler_ran);
+}
+
+TEST_F(WindowFrontEndTest, ASleepOnTheVirtualClockIsAsLongAsAsked) {
+  for (const int milliseconds : {1, 5, 6, 100}) {
+    const auto before = clock.now();
+    program.runtime.Sleep(milliseconds);
+    EXPECT_EQ(clock.now() - before, std::chrono::milliseconds(milliseconds));
+  }
+}
+
+TEST_F(WindowFrontEndTest, YieldsShowWhatChanged) {
+  auto& start_panel = program.forms.touch<frmStartup>();
+  start_panel.Caption = "Changed";
+  forms::SystemClock real;
+  const auto before = real.now();
+  while (real.now() - before < std::chrono::milliseconds(100)) program.runtime.DoEvents();
+  EXPECT_TRUE(window_of("frmStartup").windowTitle().startsWith("Changed"));
+}
+
+TEST_F(WindowFrontEndTest, IdlingEndsAtItsLimitAndAtAnEvent) {
+  forms::SystemClock real;
+  auto before = real.now();
+  front_end.idle(std::chrono::milliseconds(20));
+  EXPECT_LT(real.now() - before, std::chrono::seconds(5));
+  QTimer::singleShot(1, [] {});
+  before = real.now();
+  front_end.idle(std::nullopt);
+  EXPECT_LT(real.now() - before, std::chrono::seconds(5));
+}
+
+TEST(MissingDriverTest, EveryOperationSaysThatThereIsNoDriver) {
+  boards::MissingDriver driver;
+  boards::Handle session = 0;
+  const boards::Status status = driver.WDU_VB_Init(session, {1, 2}, {});
+  EXPECT_NE(status, boards::success);
+  EXPECT_EQ(session, 0);
+  EXPECT_EQ(driver.VB_Stat2Str(status), "No driver is present for the evaluation board");
+}
+
+TEST(MissingDriverTest, TitlesNameNoBoard) {
+  forms::VirtualClock clock;
+  boards::MissingDriver driver;
+  window::WindowFrontEnd front_end;
+  Program program(clock, driver, front_end);
+  window::Windows windows(program, front_end);
+  add_forms(program);
+  start(program);
+  windows.show_changes();
+  EXPECT_EQ(windows.window_of("frmStartup")->windowTitle(),
+            "Varzelin Light Sensor Demo with Script Execution");
+  EXPECT_FALSE(windows.bench());
+}
+
+}  // namespace
+}  // namespace varzelin::testing

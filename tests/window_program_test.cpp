@@ -1,0 +1,235 @@
+// The program's own forms in their windows, on the simulated board.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <QTimer>
+
+#include "panels/single_channel/kvt71346.h"
+#include "shell/application.h"
+#include "shell/start_panel.h"
+#include "support/window_program.h"
+#include "window/bench_window.h"
+#include "window/lamp.h"
+#include "window/layouts.h"
+#include "workbench/gpio_panel.h"
+#include "workbench/workbench.h"
+
+namespace varzelin::testing {
+namespace {
+
+struct WindowOfProgram : WindowProgram {
+  void SetUp() override {
+    add_forms(program);
+    program.runtime.dispatch([&] { start(program); });
+    turn();
+  }
+  void choose_model(int row) {
+    emit widget<QComboBox>("frmStartup", "cboDeviceSelect").activated(row);
+    turn();
+  }
+  void click(std::string_view form, const char* button) { widget<QPushButton>(form, button).click(); }
+  QAction* entry(std::string_view form, const QString& text) {
+    for (QAction* action : window_of(form).menuBar()->findChild<QMenu*>("Windows")->actions()) {
+      if (action->text().remove('&') == text) return action;
+    }
+    return nullptr;
+  }
+};
+
+TEST_F(WindowOfProgram, EveryFormHasALayoutThatPlacesEveryControl) {
+  for (const std::string& form : program.forms.names()) {
+    EXPECT_TRUE(window::layout_of(form)) << form;
+    show(form);
+    for (const forms::Control* control : window_of(form).left_over())
+      ADD_FAILURE() << form << " " << control->full_name();
+  }
+}
+
+TEST_F(WindowOfProgram, EveryWindowFitsASmallScreen) {
+  for (const std::string& form : program.forms.names()) {
+    show(form);
+    const QSize least = window_of(form).minimumSizeHint();
+    EXPECT_LE(least.width(), 1358) << form;
+    EXPECT_LE(least.height(), 730) << form;
+  }
+}
+
+TEST_F(WindowOfProgram, EveryTitleNamesTheSimulatedBoard) {
+  choose_model(0);
+  for (const std::string& form : program.forms.names()) {
+    show(form);
+    EXPECT_TRUE(window_of(form).windowTitle().endsWith(" \u2014 simulated board")) << form;
+  }
+  EXPECT_TRUE(windows.bench()->windowTitle().endsWith(" \u2014 simulated board"));
+}
+
+TEST_F(WindowOfProgram, ChoosingAModelChangesWindows) {
+  EXPECT_TRUE(window_of("frmStartup").isVisible());
+  choose_model(0);
+  EXPECT_FALSE(window_of("frmStartup").isVisible());
+  EXPECT_TRUE(window_of("frmKVT71346").isVisible());
+  EXPECT_EQ(board.mounted_model(), "KVT71346/7");
+}
+
+TEST_F(WindowOfProgram, HiddenFormsCostNoWindow) {
+  choose_model(0);
+  EXPECT_TRUE(program.forms.loaded("frmI2C_General"));
+  EXPECT_FALSE(windows.window_of("frmI2C_General"));
+}
+
+TEST_F(WindowOfProgram, TheWindowsMenuReachesWhatNoControlOpens) {
+  choose_model(0);
+  for (const auto& [text, form] :
+       {std::pair{"Register Workbench", "frmI2C_General"}, {"GPIO Panel", "frmGPIO"}}) {
+    ASSERT_TRUE(entry("frmKVT71346", text)) << text;
+    entry("frmKVT71346", text)->trigger();
+    turn();
+    EXPECT_TRUE(window_of(form).isVisible());
+    EXPECT_EQ(program.forms.front()->name(), form);
+    EXPECT_EQ(program.store.Active_Form, program.forms.loaded(form));
+  }
+  entry("frmGPIO", "Simulated Bench")->trigger();
+  EXPECT_TRUE(windows.bench()->isVisible());
+}
+
+TEST_F(WindowOfProgram, AWindowThatTheUserBringsForwardIsTheActiveForm) {
+  choose_model(0);
+  show("frmGPIO");
+  ASSERT_EQ(program.forms.front()->name(), "frmGPIO");
+  window_of("frmKVT71346").activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window_of("frmKVT71346")));
+  turn();
+  EXPECT_EQ(program.store.Active_Form, program.forms.loaded("frmKVT71346"));
+}
+
+TEST_F(WindowOfProgram, ClosingTheLastWindowEndsTheProgram) {
+  window_of("frmStartup").close();
+  EXPECT_TRUE(turn_ends());
+  EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(WindowOfProgram, ClosingThePanelEndsTheProgramThoughHiddenFormsStayLoaded) {
+  choose_model(0);
+  window_of("frmKVT71346").close();
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowOfProgram, ClosingOneOfTwoWindowsUnloadsItsForm) {
+  choose_model(0);
+  show("frmGPIO");
+  window_of("frmGPIO").close();
+  EXPECT_TRUE(window_of("frmGPIO").isVisible());
+  EXPECT_FALSE(turn_ends());
+  EXPECT_FALSE(program.forms.loaded("frmGPIO"));
+  EXPECT_FALSE(windows.window_of("frmGPIO"));
+  EXPECT_TRUE(window_of("frmKVT71346").isVisible());
+}
+
+TEST_F(WindowOfProgram, AFormMayRefuseToClose) {
+  choose_model(0);
+  show("frmI2C_General");
+  program.runtime.dispatch([&] { program.forms.touch<frmI2C_General>().Connect_Usb(); });
+  window_of("frmI2C_General").close();
+  EXPECT_FALSE(turn_ends());
+  EXPECT_TRUE(window_of("frmI2C_General").isVisible());
+  EXPECT_TRUE(
+      widget<QPlainTextEdit>("frmI2C_General", "Txtlog").toPlainText().contains("Form will not close"));
+}
+
+TEST_F(WindowOfProgram, ExitEndsTheProgram) {
+  choose_model(0);
+  click("frmKVT71346", "CommandButton1");
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowOfProgram, AProgramWithNothingOnScreenEndsInItsMainLoop) {
+  program.runtime.post([&] { program.forms.loaded("frmStartup")->Hide(); });
+  program.runtime.run(program.forms);
+  EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(WindowOfProgram, TheBenchMovesTheScene) {
+  auto* light = windows.bench()->findChild<QDoubleSpinBox*>("light");
+  auto* slider = windows.bench()->findChild<QSlider*>("light_slider");
+  EXPECT_EQ(light->value(), board.scene().light_lux);
+  light->setValue(1000);
+  EXPECT_EQ(board.scene().light_lux, 1000);
+  slider->setValue(slider->maximum());
+  EXPECT_NEAR(board.scene().light_lux, 100000, 1);
+  EXPECT_NEAR(light->value(), 100000, 1);
+  slider->setValue(0);
+  EXPECT_EQ(board.scene().light_lux, 0);
+  windows.bench()->findChild<QDoubleSpinBox*>("distance")->setValue(42);
+  EXPECT_EQ(board.scene().distance_mm, 42);
+  windows.bench()->findChild<QDoubleSpinBox*>("infrared")->setValue(77);
+  EXPECT_EQ(board.scene().ir_counts, 77);
+  windows.bench()->findChild<QDoubleSpinBox*>("noise")->setValue(5);
+  EXPECT_EQ(board.noise(), 5);
+  windows.bench()->findChild<QCheckBox*>("answers")->setChecked(false);
+  EXPECT_FALSE(board.sensor_answers());
+  windows.bench()->findChild<QCheckBox*>("plugged")->setChecked(false);
+  EXPECT_FALSE(board.plugged());
+  windows.bench()->findChild<QCheckBox*>("plugged")->setChecked(true);
+  EXPECT_TRUE(board.plugged());
+}
+
+TEST_F(WindowOfProgram, TheBenchShowsTheSensorInTheSocket) {
+  choose_model(0);
+  windows.bench()->show_board();
+  EXPECT_EQ(windows.bench()->findChild<QLabel*>("model")->text(), "KVT71346/7");
+}
+
+// The user stops a collection by its button, and moves the light while it runs.
+TEST_F(WindowOfProgram, ACollectionIsWorkedWhileItRuns) {
+  choose_model(0);
+  auto& panel = program.forms.touch<frmKVT71346>();
+  panel.ModeIndex = 2;
+  QTimer user;
+  bool moved = false;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (!moved && program.store.Sample_Count > 20) {
+      windows.bench()->findChild<QDoubleSpinBox*>("light")->setValue(2000);
+      moved = true;
+    }
+    if (program.store.Sample_Count > 60) click("frmKVT71346", "cmdStopData");
+  });
+  user.start(0);
+  click("frmKVT71346", "cmdCollectData");
+  turn();
+  turn();
+  EXPECT_EQ(program.store.Sample_Run, 0);
+  EXPECT_TRUE(moved);
+  EXPECT_GT(program.store.Sample_Value[60], program.store.Sample_Value[15]);
+  EXPECT_EQ(widget<QLabel>("frmKVT71346", "Label18").text(), "Data Collection Halted");
+  EXPECT_FALSE(widget<QPushButton>("frmKVT71346", "cmdStopData").isVisible());
+  EXPECT_TRUE(widget<QPushButton>("frmKVT71346", "cmdSample").isVisible());
+}
+
+TEST_F(WindowOfProgram, ClosingThePanelWhileItCollectsEndsTheProgram) {
+  choose_model(0);
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count > 20) window_of("frmKVT71346").close();
+  });
+  user.start(0);
+  click("frmKVT71346", "cmdCollectData");
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowOfProgram, LampsShowTheGpioBytes) {
+  choose_model(0);
+  show("frmGPIO");
+  click("frmGPIO", "cmdGPIO_Write");
+  turn();
+  EXPECT_EQ(widget<window::Lamp>("frmGPIO", "shpGpioWr(2)").accessibleDescription(), "light green");
+  EXPECT_EQ(widget<QLineEdit>("frmGPIO", "txtPCHexData(1)").text(), "FF");
+}
+
+}  // namespace
+}  // namespace varzelin::testing
