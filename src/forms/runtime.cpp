@@ -148,8 +148,11 @@ Runtime::Changes Runtime::take_changes() {
   return std::exchange(changes_, Changes{});
 }
 
+void Runtime::forget(Control& control) {
+  std::erase(changes_.controls, &control);
+}
+
 void Runtime::forget(Form& form) {
-  std::erase_if(changes_.controls, [&](const Control* control) { return &control->form() == &form; });
   std::erase(changes_.forms, &form);
 }
 

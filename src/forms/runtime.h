@@ -147,7 +147,8 @@ class Runtime {
 
   void start_timer(Timer& timer, Clock::Duration interval);
   void stop_timer(Timer& timer);
-  // A form's object goes: nothing here may point to it any longer.
+  // The object of a control or a form goes: nothing here may point to it any longer.
+  void forget(Control& control);
   void forget(Form& form);
 
   // While one exists, dialogs are answered with Cancel unseen.
