@@ -17,11 +17,11 @@ namespace varzelin::testing {
 using Notes = std::vector<std::string>;
 
 struct FormsProgram {
+  Notes notes;  // outlives the forms, which may write their last ones
   forms::VirtualClock clock;
   TestFrontEnd user;
   forms::Runtime runtime{clock, user};
   forms::FormSet forms{runtime};
-  Notes notes;
 
   // Makes a form known that is constructed from the form set, its name and the notes.
   template <class F>
