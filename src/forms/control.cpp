@@ -4,6 +4,7 @@
 
 #include "forms/controls.h"
 #include "forms/form.h"
+#include "forms/runtime.h"
 
 namespace forms {
 namespace {
@@ -45,6 +46,11 @@ Control::Control(Form& form, Kind kind, std::string name, int index, const Desig
       container_(design.Container),
       tab_(design.Tab) {
   form.add(*this);
+}
+
+// Controls go before their form's base does, so the form can't take them off the list.
+Control::~Control() {
+  if (marked) form_.runtime().forget(*this);
 }
 
 std::string Control::full_name() const {

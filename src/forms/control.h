@@ -88,6 +88,7 @@ class Control : public PropertyOwner {
  public:
   // Registers the control with the form. `index` is -1 outside control arrays.
   Control(Form& form, Kind kind, std::string name, int index, const Design& design);
+  ~Control() override;
 
   Form& form() const { return form_; }
   Kind kind() const { return kind_; }

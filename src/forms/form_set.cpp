@@ -64,6 +64,7 @@ void FormSet::activate_front(const Form* before) {
 }
 
 void FormSet::show(Form& form) {
+  if (std::ranges::find(order_, &form) == order_.end()) return;
   const Form* before = front();
   form.visible_ = true;
   std::erase(z_order_, &form);

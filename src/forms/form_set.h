@@ -45,6 +45,7 @@ class FormSet {
   Form* front() const;
 
   // Brings a form on screen and to the front; Form_Activate runs when it wasn't in front already.
+  // A form that was unloaded stays off screen, whatever a handler of it still does.
   void show(Form& form);
   // Takes it off screen. The visible form that then is in front is activated.
   void hide(Form& form);

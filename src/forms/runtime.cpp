@@ -33,7 +33,7 @@ void Runtime::DoEvents() {
 }
 
 void Runtime::service() {
-  if (poll) poll();
+  if (poll) dispatch(poll);
   if (!timers_.empty()) {
     const auto now = clock_.now();
     if (now >= next_due_) fire_due_timers(now);
@@ -92,39 +92,38 @@ std::optional<Clock::Duration> Runtime::until_next_timer() const {
   return std::max(Clock::Duration::zero(), next_due_ - clock_.now());
 }
 
-void Runtime::find_next_due() {
-  next_due_ = Clock::Duration::max();
-  for (const RunningTimer& running : timers_) {
-    if (!running.in_handler) next_due_ = std::min(next_due_, running.due);
+Runtime::RunningTimer* Runtime::next_timer() {
+  RunningTimer* next = nullptr;
+  for (RunningTimer& running : timers_) {
+    const bool in_handler = std::ranges::find(in_handler_, running.timer) != in_handler_.end();
+    if (!in_handler && (!next || running.due < next->due)) next = &running;
   }
+  return next;
 }
 
-// A timer doesn't fire into its own handler, and ticks that were missed come as one.
+void Runtime::find_next_due() {
+  const RunningTimer* next = next_timer();
+  next_due_ = next ? next->due : Clock::Duration::max();
+}
+
+// A timer doesn't fire into its own handler, also when that starts it anew, and ticks that were missed
+// come as one.
 void Runtime::fire_due_timers(Clock::Duration now) {
-  std::vector<Timer*> due;
-  for (RunningTimer& running : timers_) {
-    if (running.in_handler || running.due > now) continue;
+  while (now >= next_due_) {
+    RunningTimer& running = *next_timer();
     while (running.due <= now) running.due += running.interval;
-    due.push_back(running.timer);
-  }
-  find_next_due();
-  const auto find = [this](const Timer* timer) {
-    return std::ranges::find_if(timers_, [&](const RunningTimer& running) { return running.timer == timer; });
-  };
-  for (Timer* timer : due) {
-    const auto running = find(timer);
-    if (running == timers_.end()) continue;  // an earlier handler stopped it
-    running->in_handler = true;
+    Timer* timer = running.timer;
+    in_handler_.push_back(timer);
+    find_next_due();
     dispatch([&] { timer->raise(Event::Timer); });
-    const auto after = find(timer);
-    if (after != timers_.end()) after->in_handler = false;
+    in_handler_.pop_back();
     find_next_due();
   }
 }
 
 void Runtime::start_timer(Timer& timer, Clock::Duration interval) {
   stop_timer(timer);
-  timers_.push_back({&timer, interval, clock_.now() + interval, false});
+  timers_.push_back({&timer, interval, clock_.now() + interval});
   find_next_due();
 }
 
@@ -148,8 +147,11 @@ Runtime::Changes Runtime::take_changes() {
   return std::exchange(changes_, Changes{});
 }
 
+void Runtime::forget(Control& control) {
+  std::erase(changes_.controls, &control);
+}
+
 void Runtime::forget(Form& form) {
-  std::erase_if(changes_.controls, [&](const Control* control) { return &control->form() == &form; });
   std::erase(changes_.forms, &form);
 }
 

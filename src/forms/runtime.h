@@ -147,7 +147,8 @@ class Runtime {
 
   void start_timer(Timer& timer, Clock::Duration interval);
   void stop_timer(Timer& timer);
-  // A form's object goes: nothing here may point to it any longer.
+  // The object of a control or a form goes: nothing here may point to it any longer.
+  void forget(Control& control);
   void forget(Form& form);
 
   // While one exists, dialogs are answered with Cancel unseen.
@@ -177,15 +178,17 @@ class Runtime {
     Timer* timer;
     Clock::Duration interval;
     Clock::Duration due;
-    bool in_handler;
   };
   void fire_due_timers(Clock::Duration now);
+  // The timer that may fire next; null when none may.
+  RunningTimer* next_timer();
   void find_next_due();
 
   Clock& clock_;
   FrontEnd* front_end_;
   std::deque<std::function<void()>> queue_;
   std::vector<RunningTimer> timers_;
+  std::vector<const Timer*> in_handler_;  // timers whose handlers are on the stack, innermost last
   Clock::Duration next_due_ = Clock::Duration::max();
   Changes changes_;
   int handlers_on_stack_ = 0;

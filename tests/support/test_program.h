@@ -2,7 +2,6 @@
 // acts as the user at chosen yields.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -13,48 +12,10 @@
 #include "bridge/program.h"
 #include "forms/user.h"
 #include "shell/application.h"
+#include "support/test_front_end.h"
 #include "workbench/workbench.h"
 
 namespace varzelin::testing {
-
-// Answers dialogs as queued, or as the console would, and keeps what was asked.
-class TestFrontEnd final : public forms::FrontEnd {
- public:
-  std::vector<forms::MessageBox> boxes;
-  std::vector<forms::FileDialog> file_dialogs;
-  std::vector<int> errors;  // numbers of the default error reports
-  std::deque<int> box_answers;
-  std::deque<std::optional<std::string>> input_answers;
-  std::deque<std::optional<std::string>> file_answers;
-  // Called at every yield while set.
-  std::function<void()> at_yield;
-
-  int message_box(const forms::MessageBox& box) override {
-    boxes.push_back(box);
-    return take(box_answers, box.answers().front());
-  }
-  std::optional<std::string> input_box(const forms::InputBoxRequest&) override {
-    return take(input_answers, std::optional<std::string>());
-  }
-  std::optional<std::string> file_dialog(const forms::FileDialog& dialog) override {
-    file_dialogs.push_back(dialog);
-    return take(file_answers, std::optional<std::string>());
-  }
-  void runtime_error(const forms::RunTimeError& error) override { errors.push_back(error.number); }
-  void yield() override {
-    if (at_yield) at_yield();
-  }
-  void idle(std::optional<forms::Clock::Duration>) override {}
-
- private:
-  template <class T>
-  static T take(std::deque<T>& queue, T otherwise) {
-    if (queue.empty()) return otherwise;
-    T answer = queue.front();
-    queue.pop_front();
-    return answer;
-  }
-};
 
 // One transfer as it went over the pipes.
 struct Packet {
