@@ -129,18 +129,18 @@ void frmI2C_General::txtBWrite_KeyPress(int Index, int& KeyAscii) {
 void frmI2C_General::txtBWrite_DblClick(int Index) {
   TextBox& box = txtBWrite(Index);
   box.Text = forms::UCase(box.Text);
-  connect_by_rule();
-  const int register_number = HexVal(Reg_Adr(Index).Text);
+  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  const auto register_number = [&] { return HexVal(Reg_Adr(Index).Text); };
   std::optional<BusReply> reply;
   int good = good_write;
   if (box.Text == "--") {
-    reply = set_register_pointer(register_number);
+    reply = set_register_pointer(register_number());
     good = good_pointer;
   } else {
     if (HexVal(box.Text) == 0) box.Text = "00";
     const int value = HexVal(box.Text);
     if (is_byte(value)) {
-      reply = write_register(register_number, value);
+      reply = write_register(register_number(), value);
     } else {
       box.Text = "!!";
       Log_Msg(program, "Invalid Write Value");
