@@ -80,8 +80,6 @@ void frmI2C_General::show_row_read(int row, const BusReply& reply) {
 }
 
 void frmI2C_General::show_single_byte(Shape& action_lamp, bool good) {
-  Shape3.Visible = true;
-  lblNak.Visible = true;
   Shape3.FillColor = lamp(good ? store.Clr_LtGreen : store.Clr_Red);
   if (good) {
     toggle(action_lamp);
@@ -160,6 +158,8 @@ void frmI2C_General::cmdWrite1Byte_Click(int Index) {
   if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
   const BusReply reply = write_register(HexVal(txtUserRegAdr.Text), HexVal(txtsbwr(Index).Text));
   lblReadCount.Caption = forms::Str(reply.status);
+  Shape3.Visible = true;
+  lblNak.Visible = true;
   show_single_byte(Shape2(Index), reply.status == good_write);
   disconnect_by_rule();
 }
