@@ -21,6 +21,7 @@ namespace varzelin::testing {
 class TestFrontEnd final : public forms::FrontEnd {
  public:
   std::vector<forms::MessageBox> boxes;
+  std::vector<forms::InputBoxRequest> input_boxes;
   std::vector<forms::FileDialog> file_dialogs;
   std::vector<int> errors;  // numbers of the default error reports
   std::deque<int> box_answers;
@@ -33,7 +34,8 @@ class TestFrontEnd final : public forms::FrontEnd {
     boxes.push_back(box);
     return take(box_answers, box.answers().front());
   }
-  std::optional<std::string> input_box(const forms::InputBoxRequest&) override {
+  std::optional<std::string> input_box(const forms::InputBoxRequest& request) override {
+    input_boxes.push_back(request);
     return take(input_answers, std::optional<std::string>());
   }
   std::optional<std::string> file_dialog(const forms::FileDialog& dialog) override {
