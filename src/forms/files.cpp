@@ -191,8 +191,10 @@ struct Files::OpenFile {
 Files::Files() = default;
 
 Files::~Files() {
-  for (const auto& [number, file] : open_)
-    if (file->mode != Mode::Input) resume_next([&] { file->flush(); });
+  for (const auto& entry : open_) {
+    OpenFile& file = *entry.second;
+    if (file.mode != Mode::Input) resume_next([&] { file.flush(); });
+  }
 }
 
 int Files::FreeFile() const {

@@ -80,8 +80,6 @@ void frmI2C_General::show_row_read(int row, const BusReply& reply) {
 }
 
 void frmI2C_General::show_single_byte(Shape& action_lamp, bool good) {
-  Shape3.Visible = true;
-  lblNak.Visible = true;
   Shape3.FillColor = lamp(good ? store.Clr_LtGreen : store.Clr_Red);
   if (good) {
     toggle(action_lamp);
@@ -129,18 +127,18 @@ void frmI2C_General::txtBWrite_KeyPress(int Index, int& KeyAscii) {
 void frmI2C_General::txtBWrite_DblClick(int Index) {
   TextBox& box = txtBWrite(Index);
   box.Text = forms::UCase(box.Text);
-  connect_by_rule();
-  const int register_number = HexVal(Reg_Adr(Index).Text);
+  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  const auto register_number = [&] { return HexVal(Reg_Adr(Index).Text); };
   std::optional<BusReply> reply;
   int good = good_write;
   if (box.Text == "--") {
-    reply = set_register_pointer(register_number);
+    reply = set_register_pointer(register_number());
     good = good_pointer;
   } else {
     if (HexVal(box.Text) == 0) box.Text = "00";
     const int value = HexVal(box.Text);
     if (is_byte(value)) {
-      reply = write_register(register_number, value);
+      reply = write_register(register_number(), value);
     } else {
       box.Text = "!!";
       Log_Msg(program, "Invalid Write Value");
@@ -160,6 +158,8 @@ void frmI2C_General::cmdWrite1Byte_Click(int Index) {
   if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
   const BusReply reply = write_register(HexVal(txtUserRegAdr.Text), HexVal(txtsbwr(Index).Text));
   lblReadCount.Caption = forms::Str(reply.status);
+  Shape3.Visible = true;
+  lblNak.Visible = true;
   show_single_byte(Shape2(Index), reply.status == good_write);
   disconnect_by_rule();
 }

@@ -15,19 +15,19 @@ int open_setup_file(forms::Files& files, const std::string& path) {
   return number;
 }
 
-SetupFile read_setup_file(forms::Files& files, int number) {
-  SetupFile setup;
+std::string read_setup_address(forms::Files& files, int number) {
   files.InputItem(number);  // the free text
-  setup.i2c_address = files.InputItem(number);
-  for (SetupRow& row : setup.row) {
-    read_if_any(files, number, row.register_address);
-    if (row.register_address.empty()) continue;
-    for (std::string* item : {&row.description, &row.write_value, &row.read_value}) {
-      read_if_any(files, number, *item);
-    }
+  return files.InputItem(number);
+}
+
+SetupRow read_setup_row(forms::Files& files, int number) {
+  SetupRow row;
+  read_if_any(files, number, row.register_address);
+  if (row.register_address.empty()) return row;
+  for (std::string* item : {&row.description, &row.write_value, &row.read_value}) {
+    read_if_any(files, number, *item);
   }
-  files.Close(number);
-  return setup;
+  return row;
 }
 
 void Save_Table(forms::Files& files, const std::string& path) {

@@ -3,7 +3,6 @@
 // description, the value to write and the value read. Nothing is checked, and the file may end anywhere.
 #pragma once
 
-#include <array>
 #include <string>
 
 #include "forms/files.h"
@@ -17,18 +16,14 @@ struct SetupRow {
   std::string read_value;
 };
 
-struct SetupFile {
-  static constexpr int rows = 32;
-  std::string i2c_address;
-  std::array<SetupRow, rows> row;
-};
-
-// Opens the file on the next free number. Raises the platform's file errors.
+// Opens the file on the next free number. Raises the platform's file errors. Until the caller has closed
+// it, the next open of the same path finds it already open.
 int open_setup_file(forms::Files& files, const std::string& path);
 
-// Reads an open setup file and closes it. After an error it stays open, so that the next open of the same
-// path finds it already open.
-SetupFile read_setup_file(forms::Files& files, int number);
+// The two steps of reading an open setup file: the free text and the address, once, then row by row.
+// Without an address the first raises input_past_end_of_file; rows past the end of the file are blank.
+std::string read_setup_address(forms::Files& files, int number);
+SetupRow read_setup_row(forms::Files& files, int number);
 
 // Creates the file, or cuts it to zero length. Nothing fills the stores that a saved table would come
 // from, so that is all there is to save.

@@ -116,17 +116,18 @@ void frmI2C_General::Read_Param_File() {
   forms::Files& files = runtime().files;
   const int number = open_setup_file(files, cdldialog.FileName);
   Caption = cdldialog.FileTitle + " - Varzelin I2CUSB";
-  const SetupFile setup = read_setup_file(files, number);
-  txtI2CAdr.Text = setup.i2c_address;
+  // An error on the way, of the file or of an address beyond 16 bits, leaves the file open.
+  txtI2CAdr.Text = read_setup_address(files, number);
   take_addresses();
   show_addresses();
   for (int i = 0; i < rows; ++i) {
-    const SetupRow& row = setup.row[static_cast<std::size_t>(i)];
+    const SetupRow row = read_setup_row(files, number);
     Reg_Adr(i).Text = row.register_address;
     Reg_Desc(i).Text = row.description;
     txtBWrite(i).Text = row.write_value;
     txtRdByte(i).Text = row.read_value;
   }
+  files.Close(number);
 }
 
 void frmI2C_General::mnuSetup_Save_Click() {
