@@ -98,6 +98,10 @@ struct Store {
   Flag PendingIntHigh = 0;
   Flag PendingIntLow = 0;
 
+  // --- scripts ---
+  double Fails_Before = 0;  // failed reads when the present row began
+  double Fails_Now = 0;     // failed reads after the last one that failed
+
   // --- lamp colours, indices of the platform's 16-colour table ---
   double Clr_Black = 0;  // never assigned
   double Clr_DkGreen = 0;

@@ -9,10 +9,8 @@
 #include "forms/text.h"
 
 namespace varzelin {
-namespace {
 
-// One raw transfer as the shared variables say; the status goes to Usb_Status.
-void transfer(Program& program, bool read) {
+void raw_transfer(Program& program, bool read) {
   Store& store = program.store;
   const auto wanted = static_cast<std::size_t>(std::max(store.Xfer_Size, 0));
   const std::span<std::uint8_t> buffer(store.Xfer_Buf.data(), std::min(wanted, store.Xfer_Buf.size()));
@@ -20,10 +18,12 @@ void transfer(Program& program, bool read) {
   store.Usb_Status = program.driver.WDU_Transfer(store.Dev_Handle, store.Pipe_Num, read, buffer, transferred);
 }
 
+namespace {
+
 void fast_transfer(Program& program, bool read) {
   Store& store = program.store;
   program.runtime.DoEvents();
-  transfer(program, read);
+  raw_transfer(program, read);
   const bool good = store.Usb_Status == boards::success;
   if (!good) store.Sample_Run = false_flag;
   colour_attach_lamp(store, forms::QBColor(good ? store.Clr_LtGreen : store.Clr_Red));
@@ -49,7 +49,7 @@ void checked_transfer(Program& program, bool read, std::string_view routine) {
   Store& store = program.store;
   if (!device_is_ready(program, routine)) return;
   if (!read) program.runtime.DoEvents();
-  transfer(program, read);
+  raw_transfer(program, read);
   if (store.Usb_Status == boards::success) {
     store.Log_Error = false_flag;
   } else {

@@ -26,6 +26,10 @@ void set_request(Store& store, std::int32_t pipe, std::initializer_list<int> byt
 // Sets up a reply of this many bytes on the pipe; the caller then reads it.
 void set_reply(Store& store, std::int32_t pipe, std::int32_t size);
 
+// One transfer as the variables say and nothing else: no yield, no lamp, no log. The status goes to
+// Usb_Status.
+void raw_transfer(Program& program, bool read);
+
 // Unchecked, for the sensor panels: nothing is tested before, nothing is logged. A failure clears
 // Sample_Run and turns the lamp ShpAttach of Active_Form red; a good transfer turns it light green.
 void Fast_Write(Program& program);

@@ -1,9 +1,13 @@
 #include "shell/application.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "panels/multi_function/proximity_offset.h"
 #include "panels/single_channel/kvt71346.h"
+#include "script/batch_panel.h"
+#include "script/script_panel.h"
 #include "shell/about_box.h"
 #include "shell/start_panel.h"
 #include "workbench/gpio_panel.h"
@@ -25,6 +29,11 @@ void add_forms(Program& program) {
   add<frmAbout2>(program);
   add<frmI2C_General>(program);
   add<frmGPIO>(program);
+  // The one form of which there may be several.
+  program.forms.add(frmScriptOps::form_name, [&program](std::string name) {
+    return std::make_unique<frmScriptOps>(program, std::move(name));
+  });
+  add<ALS_Batch>(program);
   add<frmKVT71346>(program);
   add<frmProxOff>(program);
 }
