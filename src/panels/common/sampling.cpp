@@ -192,7 +192,6 @@ void SensorPanel::advance_trace() {
 
 void SensorPanel::cmdAbort_Click() {
   store.AbortRequested = true_flag;
-  Label18.Caption = halted_text;
   cmdAbort.Visible = false;
 }
 
