@@ -60,30 +60,25 @@ void SensorPanel::timed_pass() {
 // --- real-time collection ---
 
 void SensorPanel::cmdCollectData_Click() {
+  const std::int32_t interval_ms = interval_of_text();
+  runtime().timeBeginPeriod(1);
+  if (!collection_allowed()) return;
   if (collecting_) {
-    // Asked for from inside the running loop (a new interval, a new scale): the loop begins anew
-    // instead of a second one running on top of it, so restarts don't grow the stack.
-    restart_asked_ = true;
-    store.Sample_Run = false_flag;
+    // Begun from inside the running loop (a new interval, a new scale), the collection is that loop's
+    // from here on. No second loop runs on top of it, so restarts don't grow the stack.
+    start_collection(interval_ms);
+    begun_anew_ = true;
     return;
   }
-  struct Mark {
-    explicit Mark(bool& is_set) : set(is_set) { set = true; }
-    ~Mark() { set = false; }
-    bool& set;
-  } const mark(collecting_);
-  do {
-    restart_asked_ = false;
-    const std::int32_t interval_ms = interval_of_text();
-    runtime().timeBeginPeriod(1);
-    if (!collection_allowed()) return;
-    start_collection(interval_ms);
-    collect(interval_ms);
-  } while (restart_asked_);
+  collect(interval_ms);
   end_collection();
 }
 
 void SensorPanel::start_collection(std::int32_t interval_ms) {
+  // First, as a text that is no scale fails here: the buttons then are as they were.
+  store.Scale_Max = scale_of_text();
+  store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
+  interval_ms_ = interval_ms;
   Label18.Caption = collecting_text;
   cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
   cmdSample.Enabled = false;
@@ -91,8 +86,6 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   cmdStopData.Visible = true;
   store.PendingUpdate = false_flag;
   store.AbortRequested = false_flag;
-  store.Scale_Max = scale_of_text();
-  store.Scale_Span = store.Scale_Max - store.Scale_Min;
   collection_starts();
   reset_trace();
   store.Sample_Count = 0;
@@ -104,24 +97,34 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
     control->Visible = true;
   }
   last_mark_ = timeGetTime();
-  due_ = last_mark_ + interval_ms;
-  hold_session();
+  due_ = last_mark_ + interval_ms_;
 }
 
 void SensorPanel::collect(std::int32_t interval_ms) {
-  while (store.Sample_Run == true_flag) collection_pass(interval_ms);
+  struct Mark {
+    explicit Mark(bool& is_set) : set(is_set) { set = true; }
+    ~Mark() { set = false; }
+    bool& set;
+  } const mark(collecting_);
+  start_collection(interval_ms);
+  hold_session();
+  while (store.Sample_Run == true_flag) collection_pass();
 }
 
-void SensorPanel::collection_pass(std::int32_t interval_ms) {
+void SensorPanel::collection_pass() {
+  begun_anew_ = false;
   pace(due_);
-  if (restart_asked_) return;
-  txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
-  read_measurement();
-  run_collection_work();
-  if (store.Sample_Run != 0) {
-    Trig_KVT7134X();
+  if (!begun_anew_) {
+    txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
+    read_measurement();
+  }
+  if (!begun_anew_) run_collection_work();
+  const bool going_on = !begun_anew_ && store.Sample_Run != 0;
+  if (going_on) Trig_KVT7134X();
+  if (begun_anew_) return;  // what was read is of the collection before
+  if (going_on) {
     const std::int64_t now = timeGetTime();
-    due_ = now + interval_ms;
+    due_ = now + interval_ms_;
     txtTime1.Text = std::to_string(now - last_mark_);
     last_mark_ = now;
     store.Trace_Y[trace_entry] = measurement_row();
@@ -146,10 +149,10 @@ void SensorPanel::end_collection() {
 
 // The loop wakes a little early: the rest of the wait goes to other handlers, not to the sleep.
 void SensorPanel::pace(std::int64_t due) {
-  while (timeGetTime() < due - model.wake_margin && !restart_asked_) {
+  while (timeGetTime() < due - model.wake_margin && !begun_anew_) {
     DoEvents();
     const std::int64_t now = timeGetTime();
-    if (now < due - model.sleep_margin && !restart_asked_) Sleep(due - model.sleep_margin - now);
+    if (now < due - model.sleep_margin && !begun_anew_) Sleep(due - model.sleep_margin - now);
   }
 }
 
@@ -192,7 +195,6 @@ void SensorPanel::advance_trace() {
 
 void SensorPanel::cmdAbort_Click() {
   store.AbortRequested = true_flag;
-  Label18.Caption = halted_text;
   cmdAbort.Visible = false;
 }
 

@@ -109,15 +109,15 @@ class SensorPanel : public BusPanel {
   void load_chart();
   void start_collection(std::int32_t interval_ms);
   void collect(std::int32_t interval_ms);
-  void collection_pass(std::int32_t interval_ms);
+  void collection_pass();
   void end_collection();
   void timed_pass();
   void write_data_file();
 
-  // The real-time loop's handler is on the stack; it is asked to begin anew.
-  bool collecting_ = false;
-  bool restart_asked_ = false;
-  std::int64_t last_mark_ = 0;  // timeGetTime of the last trigger
+  bool collecting_ = false;       // the real-time loop, or its start, is on the stack
+  bool begun_anew_ = false;       // a collection began since the loop's pass began
+  std::int32_t interval_ms_ = 0;  // pace of the collection
+  std::int64_t last_mark_ = 0;    // timeGetTime of the last trigger
   std::int64_t due_ = 0;
 
  public:
