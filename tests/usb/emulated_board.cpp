@@ -1,6 +1,7 @@
 #include "usb/emulated_board.h"
 
 #include <linux/usbdevice_fs.h>
+#include <sys/ioctl.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -42,7 +43,7 @@ std::vector<std::uint8_t> EmulatedBoard::descriptors() {
       9,  2, 46,   0,    1, 1,    0, 0x80, 50,                                              // configuration
       9,  4, 0,    0,    4, 0xFF, 0, 0,    0,                                               // interface
   };
-  for (const std::uint8_t pipe : {0x01, 0x81, 0x02, 0x82})
+  for (const std::uint8_t pipe : std::initializer_list<std::uint8_t>{0x01, 0x81, 0x02, 0x82})
     bytes.insert(bytes.end(), {7, 5, pipe, 2, 64, 0, 0});
   return bytes;
 }
@@ -122,7 +123,7 @@ std::optional<EmulatedBoard::Result> EmulatedBoard::answer(UMockdevIoctlClient* 
   if (!powered_) return failed(ENODEV);
   switch (request) {
     case USBDEVFS_GET_CAPABILITIES: {
-      const std::uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
+      const std::uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT | USBDEVFS_CAP_DISCONNECT_CLAIM;
       UMockdevIoctlData* data = umockdev_ioctl_data_resolve(argument, 0, sizeof capabilities, nullptr);
       std::uint8_t bytes[sizeof capabilities];
       std::memcpy(bytes, &capabilities, sizeof capabilities);
@@ -131,6 +132,7 @@ std::optional<EmulatedBoard::Result> EmulatedBoard::answer(UMockdevIoctlClient* 
       return Result{};
     }
     case USBDEVFS_CLAIMINTERFACE:
+    case USBDEVFS_DISCONNECT_CLAIM:  // how a reset ends
       return claim();
     case USBDEVFS_RELEASEINTERFACE:
       ++counts_.releases;
@@ -237,9 +239,6 @@ void EmulatedBoard::put(Urb& urb, const std::vector<std::uint8_t>& bytes) {
 }
 
 void EmulatedBoard::finish(Urb& urb, int status, std::size_t length) {
-  usbdevfs_urb result = urb_of(urb.request.get());
-  result.status = status;
-  result.actual_length = static_cast<int>(length);
   const auto update = [&](std::size_t offset, int value) {
     std::uint8_t bytes[sizeof value];
     std::memcpy(bytes, &value, sizeof value);
@@ -266,7 +265,8 @@ EmulatedBoard::Result EmulatedBoard::reap(UMockdevIoctlData* argument) {
   }
   const auto found = std::ranges::find_if(urbs_, &Urb::done);
   if (found == urbs_.end()) return failed(powered_ ? EAGAIN : ENODEV);
-  umockdev_ioctl_data_set_ptr(argument, 0, found->request.get());
+  const Data result(umockdev_ioctl_data_resolve(argument, 0, sizeof(void*), nullptr));
+  umockdev_ioctl_data_set_ptr(result.get(), 0, found->request.get());
   urbs_.erase(found);
   return {};
 }

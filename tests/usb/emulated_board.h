@@ -32,6 +32,7 @@ class EmulatedBoard {
   // The device's descriptors: device, then configuration, as the kernel's file has them.
   static std::vector<std::uint8_t> descriptors();
 
+  // Without power the board is gone from the bus; nobody is told of it. EmulatedUsb switches it.
   void power(bool on);
   // The plug is pulled while the next transfer after `transfers` is under way.
   void pull_within_transfer(int after);

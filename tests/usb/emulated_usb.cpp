@@ -1,6 +1,7 @@
 #include "usb/emulated_usb.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -9,7 +10,7 @@
 namespace usb_testing {
 namespace {
 
-constexpr const char* hub_path = "/devices/pci0000:00/0000:00:14.0/usb1";
+constexpr const char* hub_path = "/devices/emulated/usb1";
 
 std::string hexadecimal(const std::vector<std::uint8_t>& bytes) {
   std::string result;
@@ -51,6 +52,10 @@ EmulatedUsb::~EmulatedUsb() {
   g_object_unref(testbed_);
 }
 
+bool EmulatedUsb::possible() const {
+  return access((std::string("/sys") + hub_path).c_str(), F_OK) == 0;
+}
+
 void EmulatedUsb::add(const std::string& text) {
   GError* error = nullptr;
   if (umockdev_testbed_add_from_string(testbed_, text.c_str(), &error)) return;
@@ -59,28 +64,15 @@ void EmulatedUsb::add(const std::string& text) {
 }
 
 void EmulatedUsb::plug(EmulatedBoard& board) {
-  plug_unannounced(board);
-  announce(board);
-}
-
-void EmulatedUsb::plug_unannounced(EmulatedBoard& board) {
   const Place& place = places_.emplace_back(&board, ++last_device_number_, umockdev_ioctl_base_new());
   board.power(true);
-  add(device(system_path(place), place.device_number, EmulatedBoard::descriptors()));
   g_signal_connect(place.ioctls, "handle-ioctl", G_CALLBACK(on_ioctl), &board);
   GError* error = nullptr;
   if (!umockdev_testbed_attach_ioctl(testbed_, node(place).c_str(), place.ioctls, &error)) {
     ADD_FAILURE() << "umockdev: " << error->message;
     g_error_free(error);
   }
-}
-
-void EmulatedUsb::announce(const EmulatedBoard& board) {
-  umockdev_testbed_uevent(testbed_, ("/sys" + system_path(place_of(board))).c_str(), "add");
-}
-
-void EmulatedUsb::unplug_unannounced(EmulatedBoard& board) {
-  board.power(false);
+  add(device(system_path(place), place.device_number, EmulatedBoard::descriptors()));
 }
 
 void EmulatedUsb::unplug(EmulatedBoard& board) {
@@ -94,15 +86,16 @@ void EmulatedUsb::unplug(EmulatedBoard& board) {
   std::erase_if(places_, [&](const Place& each) { return each.board == &board; });
 }
 
-std::string EmulatedUsb::root() const {
+void EmulatedUsb::deny_access(const EmulatedBoard& board) {
+  using std::filesystem::perms;
   gchar* path = umockdev_testbed_get_root_dir(testbed_);
-  std::string result = path;
+  const std::string root = path;
   g_free(path);
-  return result;
-}
-
-std::string EmulatedUsb::node_path(const EmulatedBoard& board) const {
-  return root() + node(place_of(board));
+  std::filesystem::permissions(root, perms::all);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    if (!entry.is_symlink()) std::filesystem::permissions(entry, perms::all);
+  }
+  std::filesystem::permissions(root + node(place_of(board)), perms::none);
 }
 
 const EmulatedUsb::Place& EmulatedUsb::place_of(const EmulatedBoard& board) const {

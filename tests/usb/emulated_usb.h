@@ -21,20 +21,15 @@ class EmulatedUsb {
   EmulatedUsb(const EmulatedUsb&) = delete;
   EmulatedUsb& operator=(const EmulatedUsb&) = delete;
 
-  static bool possible() { return umockdev_in_mock_environment(); }
+  // False without the preloaded library: then nothing of this is seen.
+  bool possible() const;
 
   // Puts the board into a port, with a device number of its own as at every plugging, and tells of it.
   void plug(EmulatedBoard& board);
-  // The same with the system's word of it held back until announce().
-  void plug_unannounced(EmulatedBoard& board);
-  void announce(const EmulatedBoard& board);
   void unplug(EmulatedBoard& board);
-  // Gone from the bus, but nobody has been told: as in the moment after the plug was pulled.
-  void unplug_unannounced(EmulatedBoard& board);
 
-  // The board's device node, a file.
-  std::string node_path(const EmulatedBoard& board) const;
-  std::string root() const;
+  // Nobody but root may open the board's device node any longer; everybody sees all the rest.
+  void deny_access(const EmulatedBoard& board);
 
  private:
   struct Place {

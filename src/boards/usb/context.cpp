@@ -2,6 +2,7 @@
 
 #include <libusb.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "boards/usb/statuses.h"
@@ -56,6 +57,10 @@ std::vector<DevicePtr> Context::boards() const {
                         [keeps = context_](libusb_device* device) { libusb_unref_device(device); });
   }
   if (count >= 0) libusb_free_device_list(list, 1);
+  // libusb's order is that of no one.
+  std::ranges::sort(result, {}, [](const DevicePtr& device) {
+    return std::pair(libusb_get_bus_number(device.get()), libusb_get_device_address(device.get()));
+  });
   return result;
 }
 

@@ -30,7 +30,7 @@ class Context {
   // True when the boards may be others than at the last call; always true the first time. Never waits.
   bool changed(TimePoint now);
 
-  // The matching devices, in libusb's order.
+  // The matching devices, by bus and device number: of those on one bus the longest plugged is first.
   std::vector<DevicePtr> boards() const;
 
  private:
