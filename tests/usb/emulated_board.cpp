@@ -123,7 +123,7 @@ std::optional<EmulatedBoard::Result> EmulatedBoard::answer(UMockdevIoctlClient* 
   if (!powered_) return failed(ENODEV);
   switch (request) {
     case USBDEVFS_GET_CAPABILITIES: {
-      const std::uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT | USBDEVFS_CAP_DISCONNECT_CLAIM;
+      const std::uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
       UMockdevIoctlData* data = umockdev_ioctl_data_resolve(argument, 0, sizeof capabilities, nullptr);
       std::uint8_t bytes[sizeof capabilities];
       std::memcpy(bytes, &capabilities, sizeof capabilities);
