@@ -133,6 +133,10 @@ class Driver {
 
   Observer* observer = nullptr;  // not owned; may be null
 
+  // What the user should be told once in a message box, e.g. how to get access to the board. Called
+  // from deliver_notifications(); may be empty.
+  std::function<void(const std::string& text)> on_advice;
+
  protected:
   virtual Status do_init(Handle& session, const MatchRow& match, EventTable events) = 0;
   virtual Status do_uninit(Handle session) = 0;

@@ -1,0 +1,37 @@
+#include "boards/usb/statuses.h"
+
+#include <libusb.h>
+
+namespace boards::usb {
+namespace {
+
+constexpr Status init_failed_base = -0x1000;
+
+std::string advice(Status status) {
+  switch (status) {
+    case LIBUSB_ERROR_ACCESS:
+      return ". This user may not open the board. The udev rule 70-varzelin-als.rules allows it; install it "
+             "by "
+             "\"sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/ && sudo udevadm control --reload\" "
+             "and plug the board in again";
+    case LIBUSB_ERROR_BUSY:
+      return ". Another program holds the board; leave that program and try again";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+Status init_failed(int error) {
+  return init_failed_base + error;
+}
+
+std::string text(Status status) {
+  if (status <= init_failed_base) {
+    return std::string("libusb can't be initialised: ") + libusb_strerror(status - init_failed_base);
+  }
+  return libusb_strerror(status) + advice(status);
+}
+
+}  // namespace boards::usb

@@ -1,0 +1,17 @@
+// The USB driver's statuses besides boards::success: libusb's error codes as they are, all below 0, and
+// below those the ones of a libusb that can't be initialised.
+#pragma once
+
+#include <string>
+
+#include "boards/driver.h"
+
+namespace boards::usb {
+
+// The status of a session that can't be opened because libusb_init failed with `error`.
+Status init_failed(int error);
+
+// libusb's words; where a user can do something about it, what that is.
+std::string text(Status status);
+
+}  // namespace boards::usb
