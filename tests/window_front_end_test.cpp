@@ -129,7 +129,9 @@ TEST_F(WindowFrontEndTest, ASleepPaintsButRunsNoHandler) {
   forms::SystemClock real;
   bool qt_ran = false;
   bool handler_ran = false;
-  QTimer::singleShot(1, [&] { qt_ran = true; });
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, &timer, [&] { qt_ran = true; });
+  timer.start(0);
   program.runtime.post([&] { handler_ran = true; });
   const auto before = real.now();
   front_end.sleep(real, std::chrono::milliseconds(40));

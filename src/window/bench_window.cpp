@@ -125,6 +125,7 @@ void BenchWindow::add_quantity(QGridLayout& grid, const Quantity& quantity) {
 
   auto* label = new QLabel(quantity.caption, this);
   label->setBuddy(box);
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(caption) + gap);
   const int line = grid.rowCount();
   grid.addWidget(label, line, 0);
   grid.addWidget(slider, line, 1);

@@ -38,11 +38,11 @@ void Binding::watch(QWidget* part) {
 }
 
 void Binding::released(QPoint) {
-  if (control_.handles(Event::Click)) post([this] { forms::user::click(control_); });
+  if (control_.handles(Event::Click)) notify([this] { forms::user::click(control_); });
 }
 
 void Binding::clicked_twice() {
-  if (control_.handles(Event::DblClick)) post([this] { forms::user::double_click(control_); });
+  if (control_.handles(Event::DblClick)) notify([this] { forms::user::double_click(control_); });
 }
 
 bool Binding::eventFilter(QObject* object, QEvent* event) {
@@ -56,9 +56,9 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
         break;
       }
       if (event->type() == QEvent::FocusIn) {
-        if (control_.handles(Event::GotFocus)) post([this] { forms::user::focus(control_); });
+        if (control_.handles(Event::GotFocus)) notify([this] { forms::user::focus(control_); });
       } else if (control_.handles(Event::LostFocus)) {
-        post([this] { forms::user::leave(control_); }, When::Always);
+        notify([this] { forms::user::leave(control_); }, When::Always);
       }
       break;
     }

@@ -40,18 +40,26 @@ class Binding : public QObject {
 
   // Where a control that isn't usable may be acted on: losing the focus is what hiding leads to.
   enum class When { Usable, Always };
-  // Runs `action` in the message loop, unless the control is gone or not usable by then. Until then
-  // the widget is ahead of the control.
+  // Runs `action` in the message loop, unless the control is gone or not usable by then.
   template <class Action>
-  void post(Action action, When when = When::Usable) {
-    ++ahead_;
+  void notify(Action action, When when = When::Usable) {
     control_.form().runtime().post(
         [this, alive = std::weak_ptr<int>(alive_), action = std::move(action), when]() mutable {
-          if (alive.expired()) return;
+          if (!alive.expired() && (when == When::Always || usable(control_))) action();
+        });
+  }
+  // The same for an action that changed the widget: until its turn the widget is ahead of the control,
+  // and afterwards it shows what became of the control.
+  template <class Action>
+  void post(Action action) {
+    ++ahead_;
+    notify(
+        [this, action = std::move(action)]() mutable {
           --ahead_;
           control_.touched();
-          if (when == When::Always || usable(control_)) action();
-        });
+          if (usable(control_)) action();
+        },
+        When::Always);
   }
   bool ahead() const { return ahead_ > 0; }
   std::weak_ptr<int> alive() const { return alive_; }

@@ -66,7 +66,10 @@ FormWindow& Windows::make_window(forms::Form& form) {
     };
   };
   form_window->on_close = later(&Windows::close_by_user);
-  form_window->on_activated = later(&Windows::activated_by_user);
+  // A form that the program brought forward itself is in front already when its window is.
+  form_window->on_activated = [this, &form, come_forward = later(&Windows::activated_by_user)] {
+    if (program_.forms.front() != &form) come_forward();
+  };
   form_window->on_resized = later(&Windows::resized);
   return *form_window;
 }
