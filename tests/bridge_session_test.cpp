@@ -26,9 +26,7 @@ struct BridgeSession : ::testing::Test, TestProgram {
     board.set_timing(false);
   }
   // A log entry of the virtual clock's first second.
-  static std::string entry(const std::string& message) {
-    return message + " :11-25-2008 14:03:07\r\n\r\n";
-  }
+  static std::string entry(const std::string& message) { return message + " :11-25-2008 14:03:07\r\n\r\n"; }
   std::string take_log() {
     std::string text = log();
     bench->Txtlog.Text = "";
@@ -45,8 +43,7 @@ struct BridgeSession : ::testing::Test, TestProgram {
   }
   Calls take_calls() { return std::exchange(recorder.calls, {}); }
 
-  const std::string setting_up =
-      entry("Setting eventable up,  verifing that the device is attached...\r\n");
+  const std::string setting_up = entry("Setting eventable up,  verifing that the device is attached...\r\n");
 };
 
 TEST_F(BridgeSession, AGoodConnectSaysSoInTheLogAndOnTheLamps) {
@@ -205,7 +202,11 @@ TEST_F(BridgeSession, DisconnectingTwiceDoesNothingTheSecondTime) {
   bench->Connect_Usb();
   bench->Disconnect_USB();
   take_calls();
-  EXPECT_EQ(yields([&] { bench->Disconnect_USB(); Mod_Disconnect_USB(program); }), 0);
+  EXPECT_EQ(yields([&] {
+              bench->Disconnect_USB();
+              Mod_Disconnect_USB(program);
+            }),
+            0);
   EXPECT_EQ(take_calls(), Calls{});
 }
 
@@ -246,8 +247,8 @@ TEST_F(BridgeSession, TheTwinsTouchNoControlButTheLog) {
   EXPECT_EQ(yields([&] { Mod_Disconnect_USB(program); }), 4);
   EXPECT_EQ(store.Usb_Open, 0);
   EXPECT_EQ(store.Usb_Attached, -1) << "only Disconnect_USB clears it";
-  EXPECT_EQ(take_calls(), (Calls{"WDU_VB_Init", "WDU_SetInterface", "WDU_GetDeviceInfo",
-                                 "WDU_ResetDevice", "CloseHandle", "WDU_VB_Uninit"}));
+  EXPECT_EQ(take_calls(), (Calls{"WDU_VB_Init", "WDU_SetInterface", "WDU_GetDeviceInfo", "WDU_ResetDevice",
+                                 "CloseHandle", "WDU_VB_Uninit"}));
   board.set_driver_present(false);
   Mod_Connect_Usb(program);
   EXPECT_NE(log().find("Form_Activate(): Failed to initialize USB driver: error &H20000001"),

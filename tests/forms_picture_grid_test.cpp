@@ -13,8 +13,7 @@ namespace {
 class Canvas final : public forms::Form {
  public:
   Canvas(forms::FormSet& set, std::string name, Notes&) : Form(set, std::move(name), "Canvas") {}
-  forms::PictureBox picture{
-      *this, "picture", {.Width = 4, .Height = 3, .BackColor = forms::clr_white}};
+  forms::PictureBox picture{*this, "picture", {.Width = 4, .Height = 3, .BackColor = forms::clr_white}};
   forms::Grid grid{*this, "grid"};
 };
 

@@ -23,7 +23,6 @@ frmAbout2::frmAbout2(Program& owner)
 }
 
 void frmAbout2::Form_Load() {
-  Init_Colors(store);
   Caption = std::string("About ") + application_title;
   lblVersion.Caption = std::string("Version ") + application_version;
   lblTitle.Caption = application_title;
@@ -40,9 +39,10 @@ void frmAbout2::cmdSysInfo_Click() {
   StartSysInfo();
 }
 
-// There is no system information tool here. The "0" stands where the end of the line would.
+// There is no system information tool here. The "0" stands where the end of the line would. An error on
+// the way isn't shown.
 void frmAbout2::StartSysInfo() {
-  Log_Msg(program, "System Information Is Unavailable At This Time", "0");
+  forms::resume_next([this] { Log_Msg(program, "System Information Is Unavailable At This Time", "0"); });
 }
 
 }  // namespace varzelin

@@ -26,9 +26,8 @@ struct FormsProgram {
   // Makes a form known that is constructed from the form set, its name and the notes.
   template <class F>
   void add(const std::string& name) {
-    forms.add(name, [this](const std::string& instance) {
-      return std::make_unique<F>(forms, instance, notes);
-    });
+    forms.add(name,
+              [this](const std::string& instance) { return std::make_unique<F>(forms, instance, notes); });
   }
   template <class F>
   F& form(const std::string& name) {
