@@ -9,6 +9,6 @@
 #include "script_loader_check.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  varzelin::check_script({reinterpret_cast<const char*>(data), size});
+  varzelin::check_script_load({reinterpret_cast<const char*>(data), size});
   return 0;
 }
