@@ -38,7 +38,20 @@ for arguments in '--board usb --clock virtual' '--clock virtual --board usb' '--
   expect 2 '' 'quit\n' $arguments
   expect_errors 1
 done
-expect 1 '' 'quit\n' --board usb
+expect 0 'ok' 'quit\n' --board usb
+
+recording=$(mktemp)
+trap 'rm -f "$errors" "$recording"' EXIT
+choose='click frmStartup.cboDeviceSelect 0\nget frmKVT71346.Visible\n'
+expect 0 'ok\nok true' "$choose" --record "$recording"
+expect 0 'ok\nok true\nerror no simulated board' "$choose"'board clear\n' --board "replay=$recording"
+expect_errors 0
+sed -i /WDU_ResetDevice/d "$recording"
+expect 3 'ok\nok true' "$choose" --board "replay=$recording"
+expect_errors 1
+expect 1 '' 'quit\n' --board "replay=$recording/none"
+expect_errors 1
+expect 1 '' 'quit\n' --record "$recording/none"
 expect_errors 1
 "$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
 exit $failed

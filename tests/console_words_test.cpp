@@ -146,12 +146,12 @@ Options options(std::vector<std::string_view> arguments) {
 }
 
 TEST(ConsoleOptions, Defaults) {
-  EXPECT_FALSE(options({}).usb_board);
+  EXPECT_EQ(options({}).board, Board::Simulated);
   EXPECT_TRUE(options({}).virtual_clock);
 }
 
 TEST(ConsoleOptions, TheUsbBoardImpliesTheRealClock) {
-  EXPECT_TRUE(options({"--board", "usb"}).usb_board);
+  EXPECT_EQ(options({"--board", "usb"}).board, Board::Usb);
   EXPECT_FALSE(options({"--board", "usb"}).virtual_clock);
   EXPECT_FALSE(options({"--board", "simulated", "--clock", "real"}).virtual_clock);
   EXPECT_EQ(bad_argument({"--board", "usb", "--clock", "virtual"}), "--board usb needs the real clock");

@@ -1,13 +1,17 @@
 // The console program: commands on standard input, answers on standard output.
 
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <vector>
 
 #include <unistd.h>
 
+#include "boards/recording/recording_board.h"
+#include "boards/recording/replaying_board.h"
 #include "boards/simulated/simulated_board.h"
+#include "boards/usb/usb_board.h"
 #include "console/console.h"
 #include "console/options.h"
 #include "shell/application.h"
@@ -16,26 +20,49 @@ namespace {
 
 constexpr const char* program_name = "varzelin-als-console";
 
-enum ExitStatus { success = 0, could_not_start = 1, bad_arguments = 2 };
+enum ExitStatus { success = 0, could_not_start = 1, bad_arguments = 2, recording_failed = 3 };
 
 int fail(ExitStatus status, std::string_view why) {
   std::cerr << program_name << ": " << why << '\n';
   return status;
 }
 
-int run(bool virtual_clock) {
-  std::unique_ptr<forms::Clock> clock;
-  if (virtual_clock) {
-    clock = std::make_unique<forms::VirtualClock>();
-  } else {
-    clock = std::make_unique<forms::SystemClock>();
-  }
-  boards::SimulatedBoard board(*clock);
+std::unique_ptr<forms::Clock> make_clock(bool is_virtual) {
+  if (is_virtual) return std::make_unique<forms::VirtualClock>();
+  return std::make_unique<forms::SystemClock>();
+}
+
+std::unique_ptr<boards::Driver> make_board(const console::Options& options, forms::Clock& clock) {
+  if (options.board == console::Board::Usb) return std::make_unique<boards::UsbBoard>();
+  if (options.board == console::Board::Simulated) return std::make_unique<boards::SimulatedBoard>(clock);
+  std::ifstream file(options.replayed_file);
+  if (!file) throw std::runtime_error("can't read " + options.replayed_file);
+  return std::make_unique<boards::ReplayingBoard>(file, clock);
+}
+
+void run_console(forms::Clock& clock, boards::Driver& driver, boards::SimulatedBoard* bench) {
+  driver.on_advice = [](const std::string& text) { std::cerr << program_name << ": " << text << std::endl; };
   console::DescriptorLines lines(STDIN_FILENO);
-  console::Console console(*clock, board, lines, std::cout);
+  console::Console console(clock, driver, lines, std::cout, bench);
   varzelin::add_forms(console.program());
   console.run(varzelin::start);
-  return success;
+}
+
+int run(const console::Options& options) {
+  const auto clock = make_clock(options.virtual_clock);
+  const auto board = make_board(options, *clock);
+  auto* bench = dynamic_cast<boards::SimulatedBoard*>(board.get());
+  if (options.recorded_file.empty()) {
+    run_console(*clock, *board, bench);
+  } else {
+    std::ofstream file(options.recorded_file);
+    if (!file) return fail(could_not_start, "can't write " + options.recorded_file);
+    boards::RecordingBoard recording(*board, *clock, file);
+    run_console(*clock, recording, bench);
+    if (!file) return fail(recording_failed, "the recording could not be written whole");
+  }
+  const auto* replay = dynamic_cast<boards::ReplayingBoard*>(board.get());
+  return replay && replay->difference() ? recording_failed : success;
 }
 
 }  // namespace
@@ -54,9 +81,8 @@ int main(int count, char** words) {
     std::cout << program_name << ' ' << varzelin::application_version << '\n';
     return success;
   }
-  if (options.usb_board) return fail(could_not_start, "the USB board is not built into this program");
   try {
-    return run(options.virtual_clock);
+    return run(options);
   } catch (const std::exception& error) {
     return fail(could_not_start, error.what());
   }

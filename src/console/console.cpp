@@ -49,13 +49,14 @@ struct Overloaded : Visitors... {
 
 }  // namespace
 
-Console::Console(forms::Clock& clock, boards::Driver& driver, LineSource& lines, std::ostream& out)
+Console::Console(forms::Clock& clock, boards::Driver& driver, LineSource& lines, std::ostream& out,
+                 boards::SimulatedBoard* bench)
     : clock_(clock),
       lines_(lines),
       out_(out),
       calls_(clock),
       program_(clock, driver, *this),
-      context_{program_, dynamic_cast<boards::SimulatedBoard*>(&driver), calls_, dialogs_} {
+      context_{program_, bench ? bench : dynamic_cast<boards::SimulatedBoard*>(&driver), calls_, dialogs_} {
   driver.observer = &calls_;
 }
 

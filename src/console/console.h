@@ -23,9 +23,10 @@ namespace console {
 
 class Console final : public forms::FrontEnd {
  public:
-  // All four outlive the console. The board commands work on a simulated board and are refused on
-  // any other.
-  Console(forms::Clock& clock, boards::Driver& driver, LineSource& lines, std::ostream& out);
+  // All of them outlive the console. The board commands work on `bench`, or on the driver where that
+  // is a simulated board itself, and are refused on any other.
+  Console(forms::Clock& clock, boards::Driver& driver, LineSource& lines, std::ostream& out,
+          boards::SimulatedBoard* bench = nullptr);
   ~Console() override;
 
   varzelin::Program& program() { return program_; }

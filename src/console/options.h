@@ -8,10 +8,14 @@
 
 namespace console {
 
+enum class Board { Simulated, Usb, Replay };
+
 struct Options {
   bool help = false;
   bool version = false;
-  bool usb_board = false;
+  Board board = Board::Simulated;
+  std::string replayed_file;  // of Board::Replay
+  std::string recorded_file;  // empty: nothing is recorded
   bool virtual_clock = true;
 };
 
@@ -20,12 +24,15 @@ struct BadArgument {
 };
 
 inline constexpr std::string_view usage =
-    "usage: varzelin-als-console [--board simulated|usb] [--clock virtual|real]\n"
+    "usage: varzelin-als-console [--board simulated|usb|replay=FILE] [--clock virtual|real]\n"
+    "                            [--record FILE]\n"
     "\n"
     "The program without windows: commands come on standard input, one a line.\n"
     "\n"
     "  --board simulated|usb   the board (simulated)\n"
+    "  --board replay=FILE     no board: a recording answers\n"
     "  --clock virtual|real    the clock (virtual; real with --board usb)\n"
+    "  --record FILE           write down every call of the board's driver\n"
     "  --help                  print this and exit\n"
     "  --version               print the version and exit\n";
 

@@ -139,8 +139,14 @@ Status UsbBoard::admit(Handle device) const {
   return board_->refusal;
 }
 
+// The detach comes with the very next turn: a program that meets a failure may soon end the session.
+void UsbBoard::has_gone() {
+  board_->gone = true;
+  next_turn_ = {};
+}
+
 Status UsbBoard::concluded(Status status) {
-  if (status == LIBUSB_ERROR_NO_DEVICE) board_->gone = true;
+  if (status == LIBUSB_ERROR_NO_DEVICE) has_gone();
   return status;
 }
 
@@ -161,7 +167,7 @@ Status UsbBoard::do_reset_device(Handle device) {
   if (const Status status = admit(device)) return status;
   const Status status = libusb_reset_device(board_->open.get());
   // Not found: the board came back from the reset as another one, or not at all.
-  if (status == LIBUSB_ERROR_NOT_FOUND) board_->gone = true;
+  if (status == LIBUSB_ERROR_NOT_FOUND) has_gone();
   return concluded(status);
 }
 

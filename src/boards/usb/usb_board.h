@@ -78,6 +78,7 @@ class UsbBoard final : public Driver {
   Status admit(Handle device) const;
   // Takes note of what the status of an operation says about the board.
   Status concluded(Status status);
+  void has_gone();
   void look_for_boards(Clock::time_point now);
   // The board can't be used any longer. Returns the handle that it had.
   Handle release();
