@@ -17,7 +17,8 @@ namespace {
 }
 
 void get_of_form(const forms::FormSet& forms, const DottedName& name, Json& answer) {
-  const std::string_view property = name.parts.size() == 2 ? name.text.substr(name.first(1).size() + 1) : "";
+  const std::string_view whole = name.text;
+  const std::string_view property = name.parts.size() == 2 ? whole.substr(name.first(1).size() + 1) : "";
   if (property == "Loaded") {
     answer.value(find_known_form(forms, name.first(1)) != nullptr);
     return;
