@@ -42,6 +42,7 @@ struct WindowProgram : ::testing::Test {
     }
   }
   void show(std::string_view form) {
+    const forms::Runtime::SilentDialogs no_file_chosen(program.runtime);  // some forms ask as they load
     program.runtime.dispatch([&] { program.forms.touch(form).Show(); });
     turn();
   }
