@@ -21,12 +21,14 @@ int run(const char* program_name, const Desktop& desktop) {
   varzelin::Program program(desktop.clock, desktop.driver, front_end);
   Windows windows(program, front_end, desktop.bench);
   program.libraries.push_back(std::string("Qt ") + qVersion() + " (LGPL 3)");
+  if (!desktop.library.empty()) program.libraries.push_back(desktop.library);
   varzelin::add_forms(program);
-  program.runtime.post([&] {
-    varzelin::start(program);
-    if (!desktop.warning.empty()) program.runtime.MsgBox(desktop.warning, forms::vbExclamation);
-  });
+  program.runtime.post([&] { varzelin::start(program); });
+  desktop.driver.on_advice = [&](const std::string& text) {
+    program.runtime.post([&, text] { program.runtime.MsgBox(text, forms::vbExclamation); });
+  };
   program.runtime.run(program.forms);
+  desktop.driver.on_advice = nullptr;
   return 0;
 }
 

@@ -16,7 +16,7 @@ struct Desktop {
   forms::Clock& clock;
   boards::Driver& driver;
   boards::SimulatedBoard* bench = nullptr;  // the driver's board, when it is a simulated one
-  std::string warning = {};                 // shown in a message box at the start, when not empty
+  std::string library = {};                 // that the driver is made with, for the about box; may be empty
 };
 
 // Returns the exit code of the process when the user has left the program.

@@ -34,6 +34,12 @@ UsbBoard::~UsbBoard() {
   end_session();
 }
 
+std::string UsbBoard::library() {
+  const libusb_version& version = *libusb_get_version();
+  return "libusb " + std::to_string(version.major) + '.' + std::to_string(version.minor) + '.' +
+         std::to_string(version.micro) + " (LGPL 2.1)";
+}
+
 std::string UsbBoard::VB_Stat2Str(Status status) const {
   return usb::text(status);
 }

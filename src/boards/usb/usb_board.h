@@ -33,6 +33,9 @@ class UsbBoard final : public Driver {
   UsbBoard(const UsbBoard&) = delete;
   UsbBoard& operator=(const UsbBoard&) = delete;
 
+  // Name, version and license of what it is made with.
+  static std::string library();
+
   std::string VB_Stat2Str(Status status) const override;
   void deliver_notifications() override;
   std::string board_name() const override { return "USB board"; }

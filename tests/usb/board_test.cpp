@@ -1,5 +1,5 @@
 // The USB board's session and notifications, on the real libusb.
-#include "usb_board_fixture.h"
+#include "usb/board_fixture.h"
 
 #include <libusb.h>
 #include <sys/resource.h>

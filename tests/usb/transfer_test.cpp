@@ -1,7 +1,7 @@
 // The USB board's transfers, on the real libusb.
 #include <libusb.h>
 
-#include "usb_board_fixture.h"
+#include "usb/board_fixture.h"
 
 using namespace boards;
 
