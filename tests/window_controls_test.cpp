@@ -1,6 +1,7 @@
 // Controls and their widgets in step, on a form with every kind of control.
 #include <QAccessible>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -240,14 +241,47 @@ TEST_F(WindowControls, MenusAreNestedByTheirContainers) {
   EXPECT_EQ(bar->findChild<QAction*>("mnuAlone")->text(), "Lonely");
 }
 
-TEST_F(WindowControls, ScrollBarsAndTablesAreMovedByTheUser) {
+TEST_F(WindowControls, ScrollBarsAreMovedByTheUser) {
   widget<QScrollBar>("hsb").setValue(7);
   turn();
   EXPECT_EQ(form->hsb.Value, 7);
-  widget<QTableWidget>("grid").setCurrentCell(1, 0);
-  turn();
+}
+
+TEST_F(WindowControls, AClickOrAKeySelectsARowOfATable) {
+  auto& table = widget<QTableWidget>("grid");
+  const auto click = [&](int row) {
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                      table.visualRect(table.model()->index(row, 0)).center());
+    turn();
+  };
+  click(1);
   EXPECT_EQ(form->grid.SelectedRow(), 2);
   EXPECT_EQ(events("SelectionChange"), Events{"grid SelectionChange"});
+  click(1);  // the same row runs again
+  EXPECT_EQ(events("SelectionChange").size(), 2u);
+  QTest::keyClick(&table, Qt::Key_Up);
+  turn();
+  EXPECT_EQ(form->grid.SelectedRow(), 1);
+  EXPECT_EQ(events("SelectionChange").size(), 3u);
+}
+
+TEST_F(WindowControls, TheFocusAloneSelectsNoRow) {
+  auto& table = widget<QTableWidget>("grid");
+  widget<QPushButton>("cmd").setFocus();
+  table.setFocus(Qt::TabFocusReason);
+  turn();
+  EXPECT_EQ(form->grid.SelectedRow(), 0);
+  EXPECT_TRUE(events("SelectionChange").empty());
+}
+
+TEST_F(WindowControls, ARowIsCopiedAsText) {
+  auto& table = widget<QTableWidget>("grid");
+  form->grid.set_text(1, 1, "88");
+  turn();
+  QTest::keyClick(&table, Qt::Key_Down);
+  QTest::keyClick(&table, Qt::Key_Home, Qt::ControlModifier);
+  QTest::keySequence(&table, QKeySequence::Copy);
+  EXPECT_TRUE(QApplication::clipboard()->text().startsWith("88"));
 }
 
 TEST_F(WindowControls, LampsAndLabelsTakeClicks) {

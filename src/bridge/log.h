@@ -27,8 +27,8 @@ void Log_Info(Program& program, std::string_view message);
 // The driver's words for a status, cut at the first zero character.
 std::string Stat_Text(Program& program, boards::Status status);
 
-// Sets the colour variables of the store but Clr_Black, which stays 0. The forms with lamps call it when
-// they load; the workbench does so behind its probe of the board, which thus leaves its lamps black.
+// Sets the colour variables of the store but Clr_Black, which stays 0. Every form calls it when it
+// loads, before it drives a lamp.
 void Init_Colors(Store& store);
 
 }  // namespace varzelin

@@ -23,6 +23,7 @@ frmAbout2::frmAbout2(Program& owner)
 }
 
 void frmAbout2::Form_Load() {
+  Init_Colors(store);
   Caption = std::string("About ") + application_title;
   lblVersion.Caption = std::string("Version ") + application_version;
   lblTitle.Caption = application_title;

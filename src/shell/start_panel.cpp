@@ -23,6 +23,7 @@ frmStartup::frmStartup(Program& owner)
 }
 
 void frmStartup::Form_Load() {
+  Init_Colors(store);
   for (const ModelRow& row : model_list) cboDeviceSelect.AddItem(row.text);
   store.Rev_Sel = "B";
 }

@@ -1,6 +1,11 @@
 // The table of cells.
+#include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QTableWidget>
+
+#include <functional>
 
 #include "forms/grid.h"
 #include "window/binding.h"
@@ -21,18 +26,60 @@ Qt::Alignment to_qt(forms::Align align) {
   return Qt::AlignLeft | Qt::AlignVCenter;
 }
 
+// A table on which only a click on a cell or a key that moves to another row selects: a row may run when
+// it is selected, so the focus alone, which makes a table take its first row, must not.
+class Table final : public QTableWidget {
+ public:
+  using QTableWidget::QTableWidget;
+  std::function<void(int row, int column)> selected;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    const QModelIndex before = currentIndex();
+    QTableWidget::focusInEvent(event);
+    if (!before.isValid()) setCurrentIndex(before);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QTableWidget::mouseReleaseEvent(event);
+    const QModelIndex cell = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && cell.isValid()) selected(cell.row(), cell.column());
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Copy)) {
+      copy();
+      return;
+    }
+    const int before = currentRow();
+    QTableWidget::keyPressEvent(event);
+    if (currentRow() >= 0 && currentRow() != before) selected(currentRow(), currentColumn());
+  }
+
+ private:
+  // The selected row as text, its cells with tabs between.
+  void copy() {
+    QStringList cells;
+    for (int column = 0; currentRow() >= 0 && column < columnCount(); ++column) {
+      cells << item(currentRow(), column)->text();
+    }
+    QApplication::clipboard()->setText(cells.join('\t'));
+  }
+};
+
 class GridBinding final : public Binding {
  public:
-  GridBinding(forms::Grid& grid, QWidget* parent)
-      : Binding(grid), grid_(grid), table_(new QTableWidget(parent)) {
+  GridBinding(forms::Grid& grid, QWidget* parent) : Binding(grid), grid_(grid), table_(new Table(parent)) {
     adopt(table_);
+    table_->setWordWrap(false);
+    table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
+    table_->horizontalHeader()->setStretchLastSection(true);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->verticalHeader()->hide();
-    connect(table_, &QTableWidget::currentCellChanged, this, [this](int row, int column) {
-      if (!showing_ && row >= 0) post([this, row, column] { select(row + 1, column + 1); });
-    });
+    table_->selected = [this](int row, int column) {
+      post([this, row, column] { select(row + 1, column + 1); });
+    };
     grid_.take_changes();
     show_rows(1, grid_.Rows());
   }
@@ -44,11 +91,9 @@ class GridBinding final : public Binding {
     } else {
       show_rows(changes.first_row, changes.last_row);
     }
-    showing_ = true;
     if (!ahead() && table_->currentRow() != grid_.SelectedRow() - 1) {
       table_->setCurrentCell(grid_.SelectedRow() - 1, std::max(0, table_->currentColumn()));
     }
-    showing_ = false;
     Binding::show();
   }
 
@@ -61,7 +106,6 @@ class GridBinding final : public Binding {
   }
 
   void show_rows(int first, int last) {
-    showing_ = true;
     table_->setColumnCount(grid_.Columns());
     table_->setRowCount(grid_.Rows());
     for (int column = 1; column <= grid_.Columns(); ++column) {
@@ -74,7 +118,6 @@ class GridBinding final : public Binding {
     for (int row = first; row <= std::min(last, grid_.Rows()); ++row) {
       for (int column = 1; column <= grid_.Columns(); ++column) show_cell(row, column);
     }
-    showing_ = false;
   }
 
   void show_cell(int row, int column) {
@@ -85,13 +128,13 @@ class GridBinding final : public Binding {
     }
     const forms::GridCell& cell = grid_.cell(row, column);
     item->setText(window::to_qt(cell.text));
+    item->setToolTip(item->text());
     item->setTextAlignment(to_qt(cell.align));
     item->setBackground(cell.back ? QBrush(window::to_qt(*cell.back)) : QBrush());
   }
 
   forms::Grid& grid_;
-  QTableWidget* table_;
-  bool showing_ = false;
+  Table* table_;
 };
 
 }  // namespace

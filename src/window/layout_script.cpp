@@ -64,7 +64,7 @@ QGroupBox* serial_frame(Arranger& place, const char* frame, const char* option, 
 QLayout* arrange_script_panel(Arranger& place) {
   QWidget* grid = place("vbalGrid1");
   grid->setAccessibleName("Script");
-  grid->setMinimumHeight(12 * grid->fontMetrics().height());
+  grid->setMinimumHeight(16 * grid->fontMetrics().height());
   QWidget* loaded = place.digits(12, place("txtScriptLine1"));
   QLayout* file = place.fields(
       {place.field("lblI2CAdr", place.digits(4, place("txtI2CAdr"))), place.field("lblScriptLine1", loaded)});

@@ -44,6 +44,7 @@ forms::Elements frmI2C_General::row_boxes(const char* tool_tip) {
 }
 
 void frmI2C_General::Form_Load() {
+  Init_Colors(store);
   store.Active_Form = this;
   store.Gpio_Image = {0x00, 0x00, 0xFF, 0xFF};
   store.Man_Usb_Conn = false_flag;
@@ -52,7 +53,7 @@ void frmI2C_General::Form_Load() {
   show_addresses();
   store.Log_Error = false_flag;
 
-  // A probe of the board; what comes of it stands in the log. The lamps have no colours yet.
+  // A probe of the board; what comes of it stands in the log.
   Connect_Usb();
   DoEvents();
   Disconnect_USB();
@@ -60,7 +61,6 @@ void frmI2C_General::Form_Load() {
   cmdexit.Enabled = true;
   SSTab1.Tab = 0;
 
-  Init_Colors(store);
   ShpAttach.FillColor = lamp(store.Clr_Black);
   for (int i = 0; i < rows; ++i) {
     Reg_Adr(i).Text = forms::Hex2(i);
