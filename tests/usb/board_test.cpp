@@ -15,9 +15,8 @@ class UsbSession : public UsbBoardTest {};
 class UsbDevice : public ConnectedUsbBoardTest {};
 
 TEST_F(UsbSession, WithoutLibusbNoSessionOpens) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizers need files of their own, and this test allows none";
-#endif
+  open_session();  // the sanitizer checks each type once, and needs files for that
+  ASSERT_EQ(driver.WDU_VB_Uninit(session), success);
   rlimit files{};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
   const rlimit no_more_files{0, files.rlim_max};
