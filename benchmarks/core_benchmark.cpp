@@ -1,5 +1,6 @@
 // What the program costs without a front end.
-#include "program_under_test.h"
+#include "bridge/transfer.h"
+#include "script_jobs.h"
 
 namespace varzelin::benchmarks {
 namespace {
@@ -8,9 +9,10 @@ class NoFrontEnd final : public forms::FrontEnd {
  public:
   int message_box(const forms::MessageBox& box) override { return box.answers().front(); }
   std::optional<std::string> input_box(const forms::InputBoxRequest&) override { return std::nullopt; }
-  std::optional<std::string> file_dialog(const forms::FileDialog&) override { return std::nullopt; }
+  std::optional<std::string> file_dialog(const forms::FileDialog&) override { return file; }
   void runtime_error(const forms::RunTimeError& error) override { throw error; }
   void idle(std::optional<forms::Clock::Duration>) override {}
+  std::optional<std::string> file;
 };
 
 struct Core {
@@ -55,6 +57,50 @@ void SaveScreen(benchmark::State& state) {
   for (auto _ : state) Save_Screen(core.subject.program.store, core.subject.panel().Picture1);
 }
 BENCHMARK(SaveScreen)->Unit(benchmark::kMicrosecond);
+
+void LoadScriptOf1000Lines(benchmark::State& state) {
+  NoFrontEnd front_end;
+  front_end.file = write_script();
+  ProgramUnderTest subject(front_end);
+  load_script(state, subject);
+}
+BENCHMARK(LoadScriptOf1000Lines)->Unit(benchmark::kMillisecond);
+
+void RunScriptOf1000Reads(benchmark::State& state) {
+  NoFrontEnd front_end;
+  front_end.file = write_script();
+  ProgramUnderTest subject(front_end);
+  run_script(state, subject);
+}
+BENCHMARK(RunScriptOf1000Reads)->Unit(benchmark::kMillisecond);
+
+// What a read row costs at the least: its request and its reply.
+void TwoBareTransfers(benchmark::State& state) {
+  NoFrontEnd front_end;
+  ProgramUnderTest subject(front_end);
+  subject.board.mount("KVT71385");
+  subject.workbench().cmdUSBConnect_Click();
+  Store& store = subject.program.store;
+  std::size_t transferred = 0;
+  for (auto _ : state) {
+    set_request(store, store.I2C_Pipe, {1, store.I2C_RdAdr, 0});
+    subject.board.WDU_Transfer(store.Dev_Handle, store.Pipe_Num, false, store.Xfer_Buf, transferred);
+    set_reply(store, store.I2C_Pipe + in_pipe_offset, 2);
+    subject.board.WDU_Transfer(store.Dev_Handle, store.Pipe_Num, true, store.Xfer_Buf, transferred);
+  }
+}
+BENCHMARK(TwoBareTransfers);
+
+void ReadAllActiveRegisters(benchmark::State& state) {
+  NoFrontEnd front_end;
+  ProgramUnderTest subject(front_end);
+  subject.board.mount("KVT71385");
+  auto& workbench = subject.workbench();
+  subject.program.store.Man_Usb_Conn = true_flag;
+  workbench.cmdUSBConnect_Click();
+  for (auto _ : state) workbench.cmdReadRegs_Click();
+}
+BENCHMARK(ReadAllActiveRegisters)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace varzelin::benchmarks

@@ -1,7 +1,7 @@
 // What the same jobs cost with the panel in a window.
 #include <QApplication>
 
-#include "program_under_test.h"
+#include "script_jobs.h"
 #include "window/look.h"
 #include "window/window_front_end.h"
 #include "window/windows.h"
@@ -36,6 +36,17 @@ void WindowRealTimePasses(benchmark::State& state) {
   real_time_passes(state, window.subject);
 }
 BENCHMARK(WindowRealTimePasses)->Unit(benchmark::kMillisecond);
+
+// The grid with its 1000 rows is on screen while they run.
+void WindowRunScriptOf1000Reads(benchmark::State& state) {
+  struct : window::WindowFrontEnd {
+    std::optional<std::string> file_dialog(const forms::FileDialog&) override { return write_script(); }
+  } front_end;
+  ProgramUnderTest subject{front_end};
+  window::Windows windows{subject.program, front_end, &subject.board};
+  run_script(state, subject);
+}
+BENCHMARK(WindowRunScriptOf1000Reads)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace varzelin::benchmarks

@@ -9,7 +9,7 @@ namespace window {
 
 class Windows;
 
-class WindowFrontEnd final : public forms::FrontEnd {
+class WindowFrontEnd : public forms::FrontEnd {
  public:
   // Null: no windows.
   void attach(Windows* windows) { windows_ = windows; }
