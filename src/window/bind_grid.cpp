@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 
 #include <functional>
@@ -25,6 +26,18 @@ Qt::Alignment to_qt(forms::Align align) {
   }
   return Qt::AlignLeft | Qt::AlignVCenter;
 }
+
+// Keeps the colour of a cell in the selected row: it tells how a read went.
+class CellColours final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->backgroundBrush.style() != Qt::NoBrush) option->state &= ~QStyle::State_Selected;
+  }
+};
 
 // A table on which only a click on a cell or a key that moves to another row selects: a row may run when
 // it is selected, so the focus alone, which makes a table take its first row, must not.
@@ -70,6 +83,7 @@ class GridBinding final : public Binding {
   GridBinding(forms::Grid& grid, QWidget* parent) : Binding(grid), grid_(grid), table_(new Table(parent)) {
     adopt(table_);
     table_->setWordWrap(false);
+    table_->setItemDelegate(new CellColours(table_));
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
     table_->horizontalHeader()->setStretchLastSection(true);
