@@ -1,0 +1,11 @@
+#!/bin/sh
+# on_a_display.sh COMMAND...: runs the command on an X server of its own. The server picks its number
+# itself, so several runs never meet on one.
+number=$(mktemp)
+Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>"$number" 2>/dev/null &
+server=$!
+trap 'kill $server; rm -f "$number"' EXIT
+while [ ! -s "$number" ]; do
+  kill -0 $server || exit 1
+done
+DISPLAY=":$(cat "$number")" "$@"
