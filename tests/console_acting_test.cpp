@@ -95,7 +95,7 @@ TEST_F(ConsoleActing, NamesOfActions) {
            "click frmNone.cmdCount", "click frmBench.cmdCount.Caption", "click"}),
       (Lines{"error no such control: frmBench", "error no such control: frmBench.cmdNone",
              "error no such element: frmBench.OptGain(1)", "error not loaded: frmSpare",
-             "error no such form: frmNone", "error no such control: frmBench.cmdCount.Caption",
+             "error no such control: frmNone", "error no such control: frmBench.cmdCount.Caption",
              "error missing argument: NAME"}));
 }
 
@@ -191,7 +191,7 @@ TEST_F(ConsoleActing, RunTimeErrorsAreNotesAndTheCommandIsDone) {
 
 TEST_F(ConsoleActing, FrontActivates) {
   EXPECT_EQ(run({"front frmSpare", "front frmNone", "set frmBench.Visible false", "front frmBench"}),
-            (Lines{"error not loaded: frmSpare", "error no such form: frmNone", "ok",
+            (Lines{"error not loaded: frmSpare", "error no such control: frmNone", "ok",
                    "error not shown: frmBench"}));
   EXPECT_EQ(log_after({"front frmBench"}), "ok \"\"");  // it was in front already
 }

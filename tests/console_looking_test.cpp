@@ -55,8 +55,8 @@ TEST_F(ConsoleLooking, FormProperties) {
            "get frmSpare.Visible", "get frmSpare.Caption", "get frmBench#2.Loaded", "get frmNone.Loaded",
            "get frmNone#2.Loaded", "get frmBench#x.Loaded", "get frmBench.Nothing", "get frmBench"}),
       (Lines{"ok true", "ok true", "ok \"Bench\"", "ok false", "error not loaded: frmSpare",
-             "error not loaded: frmSpare", "ok false", "error no such form: frmNone",
-             "error no such form: frmNone#2", "error no such form: frmBench#x",
+             "error not loaded: frmSpare", "ok false", "error no such control: frmNone",
+             "error no such control: frmNone#2", "error no such control: frmBench#x",
              "error no such property: frmBench.Nothing", "error no such property: frmBench"}));
 }
 
@@ -72,7 +72,7 @@ TEST_F(ConsoleLooking, NamesThatAreNotThere) {
              "error no such element: frmBench.OptGain(-1).Value",
              "error no such element: frmBench.OptGain(a).Value",
              "error no such element: frmBench.OptGain(0,0)", "error no such control: frmBench.cmdNone(1)",
-             "error not loaded: frmSpare", "error no such form: frmNone",
+             "error not loaded: frmSpare", "error no such control: frmNone",
              "error no such property: frmBench.cmdCount.Nothing",
              "error no such property: frmBench.cmdCount.Caption.More"}));
 }

@@ -157,6 +157,34 @@ TEST_F(Restart, AtAnyYieldTheNewCollectionStartsFromItsFirstSample) {
 }
 
 // Enter, and the stop button before the loop had its turn.
+// A handler that writes the mode and begins anew may come in the yield of a transfer: that transfer is
+// void, and the new collection goes on.
+TEST_F(Restart, AtAnyYieldOfATransferTheNewCollectionGoesOn) {
+  board.set_timing(true);
+  for (int offset = 1; offset <= 30; ++offset) {
+    int yields_behind = -1;
+    user.at_yield = [&] {
+      if (yields_behind < 0 && store.Sample_Count == 3) yields_behind = 0;
+      if (yields_behind >= 0 && ++yields_behind == offset) {
+        program.runtime.post([&] { forms::user::click_row(panel->LstMode2, 1); });
+      }
+      if (yields_behind > offset && store.Sample_Count == 8) {
+        program.runtime.post(clicking(panel->cmdStopData));
+        user.at_yield = nullptr;
+      }
+    };
+    forget_traffic();
+    click(panel->cmdCollectData);
+    EXPECT_FALSE(user.at_yield) << "the collection died, offset " << offset;
+    user.at_yield = nullptr;
+    EXPECT_TRUE(std::ranges::all_of(recorder.packets, [](const Packet& p) { return p.status == 0; }))
+        << offset;
+    EXPECT_EQ(panel->txtModeByte.Text, "04") << offset;
+    expect_idle();
+    set_mode(2);
+  }
+}
+
 TEST_F(Restart, AStopBehindItIsNotLost) {
   int later = 0;
   at(count_reaches(12), [&] {

@@ -66,8 +66,8 @@ TEST_F(ScriptPanel, AnErrorWhileLoadingIsAMessage) {
   EXPECT_TRUE(user.errors.empty());
 }
 
-TEST_F(ScriptPanel, AnAddressThatIsNoByteIsAnErrorOfTheLoad) {
-  workbench().txtI2CAdr.Text = "100";
+TEST_F(ScriptPanel, AnAddressBeyond16BitsIsAnErrorOfTheLoad) {
+  workbench().txtI2CAdr.Text = "12345";
   form<frmScriptOps>();
   ASSERT_EQ(user.boxes.size(), 1u);
   EXPECT_EQ(user.boxes[0].text, "Script Load Error Overflow");
@@ -229,13 +229,20 @@ TEST_F(ScriptPanel, DefaultAddressFfIsTooLarge) {
   EXPECT_TRUE(user.errors.empty());
 }
 
-TEST_F(ScriptPanel, DefaultAddressBeyondAByteIsAnError) {
+TEST_F(ScriptPanel, ANegativeDefaultAddressTakesItsLowByte) {
   frmScriptOps& panel = open("1");
-  for (const char* address : {"FFFF", "12345"}) {
-    forms::user::fill(panel.txtI2CAdr, address);
-    program.runtime.dispatch([&] { forms::user::enter(panel.txtI2CAdr); });
-  }
-  EXPECT_EQ(user.errors, (std::vector<int>{forms::overflow, forms::overflow}));
+  forms::user::fill(panel.txtI2CAdr, "FFFF");
+  program.runtime.dispatch([&] { forms::user::enter(panel.txtI2CAdr); });
+  EXPECT_TRUE(user.errors.empty());
+  EXPECT_EQ(store.I2C_WrAdr, 0xFF);
+  EXPECT_EQ(store.I2C_RdAdr, 0x00);
+}
+
+TEST_F(ScriptPanel, ADefaultAddressBeyond16BitsIsAnError) {
+  frmScriptOps& panel = open("1");
+  forms::user::fill(panel.txtI2CAdr, "12345");
+  program.runtime.dispatch([&] { forms::user::enter(panel.txtI2CAdr); });
+  EXPECT_EQ(user.errors, std::vector<int>{forms::overflow});
   EXPECT_EQ(store.I2C_WrAdr, 0x88);
 }
 

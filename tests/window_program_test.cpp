@@ -182,7 +182,12 @@ TEST_F(WindowOfProgram, TheBenchMovesTheScene) {
 TEST_F(WindowOfProgram, TheBenchShowsTheSensorInTheSocket) {
   choose_model(0);
   windows.bench()->show_board();
-  EXPECT_EQ(windows.bench()->findChild<QLabel*>("model")->text(), "KVT71346/7");
+  auto* socket = windows.bench()->findChild<QComboBox*>("model");
+  EXPECT_EQ(socket->currentText(), "KVT71346/7");
+  emit socket->activated(0);
+  EXPECT_EQ(board.mounted_model(), "");
+  emit socket->activated(socket->findText("KVT71385"));
+  EXPECT_EQ(board.mounted_model(), "KVT71385");
 }
 
 // The user stops a collection by its button, and moves the light while it runs.

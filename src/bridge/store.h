@@ -54,6 +54,7 @@ struct Store {
   std::int16_t I2C_RdCnt = 0;          // bytes of the read in hand
   std::int16_t I2C_WrCnt = 0;          // bytes of the write in hand
   Flag Sample_Run = 0;                 // a panel's real-time loop runs
+  std::int32_t Collections = 0;        // real-time collections begun since the start
 
   // --- GPIO: output enables of port B and C, data of port B and C ---
   std::array<std::uint8_t, 4> Gpio_Image{};

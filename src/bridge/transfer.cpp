@@ -22,7 +22,11 @@ namespace {
 
 void fast_transfer(Program& program, bool read) {
   Store& store = program.store;
+  const std::int32_t collection = store.Collections;
   program.runtime.DoEvents();
+  // A collection begun in the yield has the transfer variables and the bus to itself: what was to be
+  // transferred for the one before is void, and its failure would stop the new one.
+  if (store.Collections != collection) return;
   raw_transfer(program, read);
   const bool good = store.Usb_Status == boards::success;
   if (!good) store.Sample_Run = false_flag;

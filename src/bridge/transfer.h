@@ -31,7 +31,8 @@ void set_reply(Store& store, std::int32_t pipe, std::int32_t size);
 void raw_transfer(Program& program, bool read);
 
 // Unchecked, for the sensor panels: nothing is tested before, nothing is logged. A failure clears
-// Sample_Run and turns the lamp ShpAttach of Active_Form red; a good transfer turns it light green.
+// Sample_Run and turns the lamp ShpAttach of Active_Form red; a good transfer turns it light green. A
+// transfer in whose first yield a collection begins is given up.
 void Fast_Write(Program& program);
 void Fast_Read(Program& program);
 

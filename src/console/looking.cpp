@@ -1,5 +1,6 @@
 #include "console/looking.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include "console/extra_properties.h"
@@ -8,6 +9,7 @@
 #include "console/values.h"
 #include "forms/form.h"
 #include "forms/picture.h"
+#include "shell/start_panel.h"
 
 namespace console {
 namespace {
@@ -20,7 +22,11 @@ void get_of_form(const forms::FormSet& forms, const DottedName& name, Json& answ
   const std::string_view whole = name.text;
   const std::string_view property = name.parts.size() == 2 ? whole.substr(name.first(1).size() + 1) : "";
   if (property == "Loaded") {
-    answer.value(find_known_form(forms, name.first(1)) != nullptr);
+    const std::string form(name.first(1));
+    const bool not_built_yet =
+        !forms.knows(form) &&
+        std::ranges::any_of(varzelin::model_list, [&](const auto& row) { return form == row.panel; });
+    answer.value(!not_built_yet && find_known_form(forms, form) != nullptr);
     return;
   }
   const forms::Form& form = find_form(forms, name.first(1));

@@ -69,7 +69,7 @@ std::string_view DottedName::first(std::size_t count) const {
 
 forms::Form* find_known_form(const forms::FormSet& forms, std::string_view name) {
   forms::Form* form = forms.loaded(name);
-  if (!form && !forms.knows(base_name(name))) throw Refused{"no such form: " + std::string(name)};
+  if (!form && !forms.knows(base_name(name))) throw Refused{"no such control: " + std::string(name)};
   return form;
 }
 

@@ -30,7 +30,7 @@ struct DottedName {
 
 [[noreturn]] void refuse_element(std::string_view name);
 
-// They load nothing, and throw Refused: "no such form: …", "not loaded: …", "no such control: …",
+// They load nothing, and throw Refused: "not loaded: …", "no such control: …" (for a form too),
 // "no such element: …".
 forms::Form& find_form(const forms::FormSet& forms, std::string_view name);
 // None for a form that isn't loaded.

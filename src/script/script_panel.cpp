@@ -21,14 +21,9 @@ constexpr std::array grid_columns{GridColumn{"Line", 64},       GridColumn{"I2C 
                                   GridColumn{"Data_Rd", 64},    GridColumn{"Act_Rd", 64},
                                   GridColumn{"Operation", 124}, GridColumn{"Comment", 298}};
 
-// A number kept in a byte; raises overflow where it doesn't fit.
-std::uint8_t to_byte(std::int16_t value) {
-  if (value < 0 || value > 255) forms::raise_error(forms::overflow);
-  return static_cast<std::uint8_t>(value);
-}
-
+// A negative address takes its low byte, as on the workbench.
 void set_default_address(Store& store, std::int16_t address) {
-  store.I2C_WrAdr = to_byte(address);
+  store.I2C_WrAdr = static_cast<std::uint8_t>(address);
   store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
 }
 

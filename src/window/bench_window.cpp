@@ -1,6 +1,7 @@
 #include "window/bench_window.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -10,6 +11,7 @@
 #include <QTimer>
 #include <cmath>
 
+#include "boards/simulated/models.h"
 #include "boards/simulated/simulated_board.h"
 #include "window/look.h"
 
@@ -34,9 +36,9 @@ int position_of(double value, double low, double high, bool logarithmic) {
 }  // namespace
 
 BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suffix)
-    : board_(board), model_(new QLabel(this)) {
+    : board_(board), model_(new QComboBox(this)) {
   setObjectName("Bench");
-  setWindowTitle("Bench" + title_suffix);
+  setWindowTitle("Simulated Bench" + title_suffix);
   boards::Scene& scene = board.scene();
 
   auto* quantities = new QGridLayout;
@@ -66,6 +68,16 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
   switches->addWidget(new QLabel("In the socket:", this));
   model_->setObjectName("model");
   model_->setAccessibleName("Sensor in the socket");
+  model_->setToolTip("Puts another sensor into the socket, at bus address 88");
+  model_->addItem("(empty)");
+  for (const auto& model : boards::simulated_models()) model_->addItem(to_qt(std::string(model)));
+  connect(model_, &QComboBox::activated, this, [this](int row) {
+    if (row == 0) {
+      board_.unmount();
+    } else {
+      board_.mount(model_->itemText(row).toStdString());
+    }
+  });
   switches->addWidget(model_);
   auto* board_box = new QGroupBox("Board", this);
   board_box->setLayout(switches);
@@ -144,7 +156,7 @@ QCheckBox* BenchWindow::add_switch(const char* name, const QString& caption, con
 
 void BenchWindow::show_board() {
   const std::string& model = board_.mounted_model();
-  model_->setText(model.empty() ? QString("nothing") : to_qt(model));
+  model_->setCurrentIndex(model.empty() ? 0 : model_->findText(to_qt(model)));
   const auto in_step = [this](const char* name, bool on) {
     auto* box = findChild<QCheckBox*>(name);
     const QSignalBlocker quiet(box);

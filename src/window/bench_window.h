@@ -8,7 +8,7 @@
 class QCheckBox;
 class QDoubleSpinBox;
 class QGridLayout;
-class QLabel;
+class QComboBox;
 
 namespace boards {
 class SimulatedBoard;
@@ -44,7 +44,7 @@ class BenchWindow final : public QWidget {
                         std::function<void(bool)> set);
 
   boards::SimulatedBoard& board_;
-  QLabel* model_;
+  QComboBox* model_;
 };
 
 }  // namespace window

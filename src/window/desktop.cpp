@@ -1,6 +1,7 @@
 #include "window/desktop.h"
 
 #include <QApplication>
+#include <cstdio>
 
 #include "shell/application.h"
 #include "window/look.h"
@@ -11,6 +12,12 @@ namespace window {
 
 // The program takes no options, so Qt gets none either.
 int run(const char* program_name, const Desktop& desktop) {
+  const auto is_set = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
+  if (!is_set("DISPLAY") && !is_set("WAYLAND_DISPLAY") && !is_set("QT_QPA_PLATFORM")) {
+    std::fputs("There is no display here. varzelin-als-console is the whole program without windows.\n",
+               stderr);
+    return 1;
+  }
   std::string name = program_name;
   char* arguments[] = {name.data(), nullptr};
   int count = 1;

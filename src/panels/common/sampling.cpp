@@ -79,6 +79,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   store.Scale_Max = scale_of_text();
   store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
   interval_ms_ = interval_ms;
+  ++store.Collections;
   Label18.Caption = collecting_text;
   cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
   cmdSample.Enabled = false;
@@ -109,6 +110,7 @@ void SensorPanel::collect(std::int32_t interval_ms) {
   start_collection(interval_ms);
   hold_session();
   while (store.Sample_Run == true_flag) collection_pass();
+  begun_anew_ = false;
 }
 
 void SensorPanel::collection_pass() {

@@ -96,6 +96,8 @@ class SensorPanel : public BusPanel {
   void pace(std::int64_t due);
   // Waits by Tmr_Integration until IntegrationMs exceeds a second.
   void wait_integration();
+  // The collection that the pass in hand belongs to was begun anew: the pass puts nothing more on the bus.
+  bool overtaken() const { return begun_anew_; }
   void restart_collection() { cmdCollectData_Click(); }
   // A slot of Sample_Value; raises subscript_out_of_range outside 0 to last_sample.
   static std::size_t slot(std::int32_t sample);

@@ -228,6 +228,7 @@ void frmKVT71346::cbReset_Click() {
 void frmKVT71346::Trig_KVT7134X() {
   const std::uint8_t mode = mode_byte();
   send({0, store.I2C_WrAdr, mode});
+  if (overtaken()) return;
   txtModeByte.Text = forms::Hex2(mode);
   store.TriggerDone = true_flag;
 }
@@ -283,7 +284,9 @@ void frmKVT71346::collection_starts() {
 
 void frmKVT71346::read_measurement() {
   send({store.I2C_RdCnt, store.I2C_RdAdr});
+  if (overtaken()) return;
   receive(fast_reply_size);
+  if (overtaken()) return;
   store_reply();
 }
 
