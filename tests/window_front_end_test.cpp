@@ -8,9 +8,9 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include "boards/missing_driver.h"
 #include "shell/application.h"
 #include "shell/start_panel.h"
+#include "support/fake_driver.h"
 #include "support/window_program.h"
 #include "window/dialogs.h"
 
@@ -168,18 +168,9 @@ TEST_F(WindowFrontEndTest, IdlingEndsAtItsLimitAndAtAnEvent) {
   EXPECT_LT(real.now() - before, std::chrono::seconds(5));
 }
 
-TEST(MissingDriverTest, EveryOperationSaysThatThereIsNoDriver) {
-  boards::MissingDriver driver;
-  boards::Handle session = 0;
-  const boards::Status status = driver.WDU_VB_Init(session, {1, 2}, {});
-  EXPECT_NE(status, boards::success);
-  EXPECT_EQ(session, 0);
-  EXPECT_EQ(driver.VB_Stat2Str(status), "No driver is present for the evaluation board");
-}
-
-TEST(MissingDriverTest, TitlesNameNoBoard) {
+TEST(WindowsOfAnotherBoard, TheirTitlesNameNoBoard) {
   forms::VirtualClock clock;
-  boards::MissingDriver driver;
+  FakeDriver driver;
   window::WindowFrontEnd front_end;
   Program program(clock, driver, front_end);
   window::Windows windows(program, front_end);
