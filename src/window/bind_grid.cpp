@@ -126,7 +126,10 @@ class GridBinding final : public Binding {
       if (!table_->horizontalHeaderItem(column - 1)) {
         table_->setHorizontalHeaderItem(column - 1,
                                         new QTableWidgetItem(window::to_qt(grid_.Header(column))));
-        table_->setColumnWidth(column - 1, grid_.ColumnWidth(column));
+        // A quarter wider than the program asks, so that eight digits fit; the last column takes the rest.
+        if (column < grid_.Columns()) {
+          table_->setColumnWidth(column - 1, grid_.ColumnWidth(column) * 5 / 4);
+        }
       }
     }
     for (int row = first; row <= std::min(last, grid_.Rows()); ++row) {
