@@ -6,11 +6,13 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
 #include <QTimer>
 
 #include "panels/single_channel/kvt71346.h"
+#include "script/script_panel.h"
 #include "shell/application.h"
 #include "shell/start_panel.h"
 #include "support/window_program.h"
@@ -152,6 +154,24 @@ TEST_F(WindowOfProgram, AProgramWithNothingOnScreenEndsInItsMainLoop) {
   program.runtime.post([&] { program.forms.loaded("frmStartup")->Hide(); });
   program.runtime.run(program.forms);
   EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(WindowOfProgram, ABarShowsHowFarAScriptIs) {
+  show("frmScriptOps");
+  auto& panel = program.forms.touch<frmScriptOps>();
+  auto* bar = window_of("frmScriptOps").findChild<QProgressBar*>();
+  ASSERT_TRUE(bar);
+  panel.txtTotLines.Text = "13";
+  turn();
+  panel.txtRunning.Text = "5";
+  turn();
+  EXPECT_EQ(bar->value(), 5);
+  EXPECT_EQ(bar->maximum(), 13);
+  EXPECT_EQ(bar->text(), "row 5 of 13");
+  panel.txtRunning.Text = "Done";
+  turn();
+  EXPECT_EQ(bar->value(), 0);
+  EXPECT_FALSE(bar->isTextVisible());
 }
 
 TEST_F(WindowOfProgram, TheBenchMovesTheScene) {
