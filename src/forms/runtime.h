@@ -87,7 +87,6 @@ class Runtime {
 
   Clock& clock() const { return clock_; }
   FrontEnd& front_end() const { return *front_end_; }
-  void set_front_end(FrontEnd& front_end) { front_end_ = &front_end; }
   Files files;
 
   // --- for handlers ---
