@@ -1,5 +1,6 @@
 #include "boards/driver.h"
 
+#include <cerrno>
 #include <utility>
 
 namespace boards {
@@ -27,6 +28,10 @@ const AlternateSetting& active_setting(const DeviceInfo& info) {
   const auto* interface = configuration ? element(configuration->interfaces, info.active_interface) : nullptr;
   const auto* setting = interface ? element(interface->alternates, info.active_alternate) : nullptr;
   return setting ? *setting : none;
+}
+
+std::int32_t Driver::urb_status(Status status) const {
+  return status == success ? 0 : -EPROTO;
 }
 
 Status Driver::WDU_VB_Init(Handle& session, const MatchRow& match, EventTable events) {
@@ -64,7 +69,7 @@ Status Driver::WDU_Transfer(Handle device, std::int32_t pipe, bool read, std::sp
   if (observer) observer->call_begins();
   const Status status = do_transfer(device, pipe, read, buffer, transferred);
   if (observer) {
-    observer->call_ended({"WDU_Transfer", status, true, pipe, buffer.size(), buffer.first(transferred)});
+    observer->call_ended({"WDU_Transfer", status, true, pipe, buffer, buffer.first(transferred)});
   }
   return status;
 }

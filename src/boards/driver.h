@@ -72,6 +72,13 @@ struct DeviceInfo {
 // The alternate setting in use; an empty one when the indices lead nowhere.
 const AlternateSetting& active_setting(const DeviceInfo& info);
 
+// Where a board is on the USB: bus and device number, as lsusb shows them. 0 and 0: there is no USB.
+struct UsbPlace {
+  std::uint16_t bus = 0;
+  std::uint8_t device = 0;
+  bool operator==(const UsbPlace&) const = default;
+};
+
 // Called from Driver::deliver_notifications(), never from inside another driver call.
 struct EventTable {
   // A matching device is there. True accepts it.
@@ -85,8 +92,8 @@ struct CallRecord {
   Status status;
   bool transfer = false;  // the fields below are of a transfer
   std::int32_t pipe = 0;
-  std::size_t size = 0;                  // bytes asked for
-  std::span<const std::uint8_t> data{};  // bytes that went through
+  std::span<const std::uint8_t> buffer{};  // all that was asked for; of a write also what didn't go through
+  std::span<const std::uint8_t> data{};    // the bytes of it that went through
 };
 
 class Driver {
@@ -119,6 +126,12 @@ class Driver {
                       std::size_t& transferred);
   // The driver's words for a status.
   virtual std::string VB_Stat2Str(Status status) const = 0;
+
+  // For captures: how Linux reports a USB transfer that ended so, 0 or a negative errno. A driver that
+  // doesn't know better says protocol error.
+  virtual std::int32_t urb_status(Status status) const;
+  // For captures: where the board in use is.
+  virtual UsbPlace usb_place() const { return {}; }
 
   // Delivers waiting attach and detach notifications. The message loop calls it once a turn, so it
   // has to be cheap when nothing waits.

@@ -13,7 +13,8 @@ double milliseconds(forms::Clock::Duration time) {
 void CallLog::call_ended(const boards::CallRecord& record) {
   if (calls_.size() == most_calls) drop_first();
   calls_.push_back({begin_, record.call, record.status, record.transfer ? record.pipe : 0,
-                    static_cast<std::uint32_t>(record.size), static_cast<std::uint32_t>(record.data.size())});
+                    static_cast<std::uint32_t>(record.buffer.size()),
+                    static_cast<std::uint32_t>(record.data.size())});
   data_.insert(data_.end(), record.data.begin(), record.data.end());
 }
 

@@ -9,15 +9,20 @@ void SystemClock::pass(Duration time) {
 }
 
 std::tm SystemClock::local_time() const {
-  const std::time_t seconds = std::time(nullptr);
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(date());
   std::tm result{};
   localtime_r(&seconds, &result);
   return result;
 }
 
+std::chrono::system_clock::time_point VirtualClock::date() const {
+  constexpr std::chrono::seconds start(1227621787);  // 2008-11-25 14:03:07
+  return std::chrono::system_clock::time_point(
+      std::chrono::duration_cast<std::chrono::system_clock::duration>(start + now_));
+}
+
 std::tm VirtualClock::local_time() const {
-  constexpr std::time_t start = 1227621787;  // 2008-11-25 14:03:07, read as UTC
-  const std::time_t seconds = start + std::chrono::duration_cast<std::chrono::seconds>(now_).count();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(date());
   std::tm result{};
   gmtime_r(&seconds, &result);
   return result;

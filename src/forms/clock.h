@@ -19,7 +19,9 @@ class Clock {
   virtual void pass(Duration time) = 0;
   // The message loop yielded once: 1 microsecond on a virtual clock, nothing on the system's.
   virtual void yielded() = 0;
-  // Broken-down local date and time.
+  // Date and time of now(). The virtual clock's are those of a place in Greenwich.
+  virtual std::chrono::system_clock::time_point date() const = 0;
+  // The same, broken down and local.
   virtual std::tm local_time() const = 0;
   virtual bool is_virtual() const = 0;
 
@@ -33,6 +35,7 @@ class SystemClock final : public Clock {
   Duration now() const override { return std::chrono::steady_clock::now() - start_; }
   void pass(Duration time) override;
   void yielded() override {}
+  std::chrono::system_clock::time_point date() const override { return std::chrono::system_clock::now(); }
   std::tm local_time() const override;
   bool is_virtual() const override { return false; }
 
@@ -49,6 +52,7 @@ class VirtualClock final : public Clock {
     if (time > Duration::zero()) now_ += time;
   }
   void yielded() override { now_ += std::chrono::microseconds(1); }
+  std::chrono::system_clock::time_point date() const override;
   std::tm local_time() const override;
   bool is_virtual() const override { return true; }
 

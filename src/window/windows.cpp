@@ -4,6 +4,7 @@
 
 #include "boards/simulated/simulated_board.h"
 #include "window/bench_window.h"
+#include "window/bus_trace_window.h"
 #include "window/form_window.h"
 #include "window/look.h"
 #include "window/window_front_end.h"
@@ -21,6 +22,12 @@ constexpr std::array reachable{
     Reachable{"frmGPIO", "&GPIO Panel"},
     Reachable{"frmScriptOps", "&Script Panel"},
 };
+
+void bring_forward(QWidget& window) {
+  window.showNormal();
+  window.raise();
+  window.activateWindow();
+}
 
 }  // namespace
 
@@ -127,24 +134,22 @@ std::vector<WindowEntry> Windows::entries() {
                       program_.runtime.post([this, name] { open(name); });
                     }});
   }
-  if (bench_) {
-    list.push_back({"Simulated &Bench", [this] {
-                      bench_->showNormal();
-                      bench_->raise();
-                      bench_->activateWindow();
-                    }});
-  }
+  list.push_back({"Bus &trace", [this] { open_bus_trace(); }});
+  if (bench_) list.push_back({"Simulated &Bench", [this] { bring_forward(*bench_); }});
   return list;
+}
+
+void Windows::open_bus_trace() {
+  if (!bus_trace_) {
+    bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), title_suffix_);
+  }
+  bring_forward(*bus_trace_);
 }
 
 void Windows::open(const std::string& form_name) {
   program_.forms.touch(form_name).Show();
   show_changes();
-  if (FormWindow* form_window = window_of(form_name)) {
-    form_window->showNormal();
-    form_window->raise();
-    form_window->activateWindow();
-  }
+  if (FormWindow* form_window = window_of(form_name)) bring_forward(*form_window);
 }
 
 // A handler that still runs for the form would keep a program without windows alive.

@@ -1,5 +1,5 @@
-// The windows of a running program: one for each form that has been on screen, and the bench window
-// of a simulated board.
+// The windows of a running program: one for each form that has been on screen, the bench window of a
+// simulated board, and the bus trace.
 #pragma once
 
 #include <QString>
@@ -20,6 +20,7 @@ class SimulatedBoard;
 namespace window {
 
 class BenchWindow;
+class BusTraceWindow;
 class FormWindow;
 class WindowFrontEnd;
 
@@ -44,12 +45,15 @@ class Windows {
   // The window of a loaded form; null when it hasn't been on screen yet.
   FormWindow* window_of(std::string_view form_name) const;
   BenchWindow* bench() const { return bench_.get(); }
+  // Null as long as nobody has opened it.
+  BusTraceWindow* bus_trace() const { return bus_trace_.get(); }
   const QString& title_suffix() const { return title_suffix_; }
 
  private:
   FormWindow& make_window(forms::Form& form);
   std::vector<WindowEntry> entries();
   void open(const std::string& form_name);
+  void open_bus_trace();
   void close_by_user(FormWindow& form_window);
   void activated_by_user(FormWindow& form_window);
   void resized(FormWindow& form_window);
@@ -59,6 +63,7 @@ class Windows {
   QString title_suffix_;
   std::map<const forms::Form*, std::unique_ptr<FormWindow>> windows_;
   std::unique_ptr<BenchWindow> bench_;
+  std::unique_ptr<BusTraceWindow> bus_trace_;
   const forms::Form* shown_in_front_ = nullptr;
   bool had_face_ = false;
 };

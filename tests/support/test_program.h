@@ -39,7 +39,8 @@ class Recorder final : public boards::Driver::Observer {
   void call_ended(const boards::CallRecord& record) override {
     calls.emplace_back(record.call);
     if (record.transfer) {
-      packets.push_back({record.pipe, {record.data.begin(), record.data.end()}, record.status, record.size});
+      packets.push_back(
+          {record.pipe, {record.data.begin(), record.data.end()}, record.status, record.buffer.size()});
     }
   }
 };

@@ -133,4 +133,16 @@ TEST_F(UsbTransfer, AnEmptyPacketGoesThrough) {
   EXPECT_EQ(i2c_reply(2).transferred, 2u);
 }
 
+TEST_F(UsbTransfer, CapturesAreToldStatusAndPlaceAsLinuxKnowsThem) {
+  EXPECT_EQ(driver.urb_status(success), 0);
+  EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_TIMEOUT), -ENOENT);
+  EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_PIPE), -EPIPE);
+  EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_OVERFLOW), -EOVERFLOW);
+  EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_NO_DEVICE), -ENODEV);
+  EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_IO), -EPROTO);
+  EXPECT_NE(driver.usb_place(), UsbPlace{});
+  EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
+  EXPECT_EQ(driver.usb_place(), UsbPlace{});
+}
+
 }  // namespace

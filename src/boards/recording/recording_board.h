@@ -18,6 +18,8 @@ class RecordingBoard final : public Driver {
   ~RecordingBoard() override;
 
   std::string VB_Stat2Str(Status status) const override { return driver_.VB_Stat2Str(status); }
+  std::int32_t urb_status(Status status) const override { return driver_.urb_status(status); }
+  UsbPlace usb_place() const override { return driver_.usb_place(); }
   void deliver_notifications() override { driver_.deliver_notifications(); }
   void model_chosen(std::string_view model) override;
   std::string board_name() const override { return driver_.board_name() + ", recorded"; }

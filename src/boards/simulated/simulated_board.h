@@ -77,6 +77,7 @@ class SimulatedBoard final : public Driver {
   bool timing() const { return time_.taken; }
 
   std::string VB_Stat2Str(Status status) const override { return statuses::text(status); }
+  std::int32_t urb_status(Status status) const override { return statuses::urb_status(status); }
   void deliver_notifications() override;
   void model_chosen(std::string_view model) override;
   std::string board_name() const override { return "simulated board"; }

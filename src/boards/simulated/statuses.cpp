@@ -1,6 +1,22 @@
 #include "boards/simulated/statuses.h"
 
+#include <cerrno>
+
 namespace boards::statuses {
+
+std::int32_t urb_status(Status status) {
+  switch (status) {
+    case success:
+      return 0;
+    case time_out:
+      return -ENOENT;
+    case invalid_handle:
+    case not_attached:
+      return -ENODEV;
+    default:
+      return -EPROTO;
+  }
+}
 
 std::string text(Status status) {
   switch (status) {

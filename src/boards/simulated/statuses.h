@@ -17,6 +17,9 @@ inline constexpr Status no_such_pipe = 0x20000006;
 inline constexpr Status no_such_interface = 0x20000007;
 inline constexpr Status call_failed = 0x20000008;
 
+// What Linux would report for a USB transfer that ended so: 0 or a negative errno.
+std::int32_t urb_status(Status status);
+
 // "Unknown error" for a status that this driver doesn't have.
 std::string text(Status status);
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "boards/usb/device.h"
 #include "boards/usb/statuses.h"
 
 namespace boards::usb {
@@ -59,7 +60,8 @@ std::vector<DevicePtr> Context::boards() const {
   if (count >= 0) libusb_free_device_list(list, 1);
   // libusb's order is that of no one.
   std::ranges::sort(result, {}, [](const DevicePtr& device) {
-    return std::pair(libusb_get_bus_number(device.get()), libusb_get_device_address(device.get()));
+    const UsbPlace place = place_of(device.get());
+    return std::pair(place.bus, place.device);
   });
   return result;
 }

@@ -78,6 +78,10 @@ Status read_descriptors(libusb_device* device, DeviceInfo& info) {
   return success;
 }
 
+UsbPlace place_of(libusb_device* device) {
+  return {libusb_get_bus_number(device), libusb_get_device_address(device)};
+}
+
 void select(DeviceInfo& info, std::int32_t interface_number, std::int32_t alternate) {
   const auto& interfaces = info.configurations[info.active_configuration].interfaces;
   info.active_interface =

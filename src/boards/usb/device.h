@@ -13,6 +13,8 @@ inline constexpr int board_interface = 0;
 // device without an interface is LIBUSB_ERROR_NOT_FOUND.
 Status read_descriptors(libusb_device* device, DeviceInfo& info);
 
+UsbPlace place_of(libusb_device* device);
+
 // Takes note of the alternate setting that was selected.
 void select(DeviceInfo& info, std::int32_t interface_number, std::int32_t alternate);
 

@@ -2,6 +2,8 @@
 
 #include <libusb.h>
 
+#include <cerrno>
+
 namespace boards::usb {
 namespace {
 
@@ -25,6 +27,23 @@ std::string advice(Status status) {
 
 Status init_failed(int error) {
   return init_failed_base + error;
+}
+
+std::int32_t urb_status(Status status) {
+  switch (status) {
+    case success:
+      return 0;
+    case LIBUSB_ERROR_TIMEOUT:
+      return -ENOENT;  // libusb takes the transfer back
+    case LIBUSB_ERROR_PIPE:
+      return -EPIPE;
+    case LIBUSB_ERROR_OVERFLOW:
+      return -EOVERFLOW;
+    case LIBUSB_ERROR_NO_DEVICE:
+      return -ENODEV;
+    default:
+      return -EPROTO;
+  }
 }
 
 std::string text(Status status) {

@@ -11,6 +11,9 @@ namespace boards::usb {
 // The status of a session that can't be opened because libusb_init failed with `error`.
 Status init_failed(int error);
 
+// How the kernel reports a transfer that ended so, as far as libusb lets it be seen: 0 or a negative errno.
+std::int32_t urb_status(Status status);
+
 // libusb's words; where a user can do something about it, what that is.
 std::string text(Status status);
 

@@ -44,6 +44,14 @@ std::string UsbBoard::VB_Stat2Str(Status status) const {
   return usb::text(status);
 }
 
+std::int32_t UsbBoard::urb_status(Status status) const {
+  return usb::urb_status(status);
+}
+
+UsbPlace UsbBoard::usb_place() const {
+  return board_ ? usb::place_of(board_->device.get()) : UsbPlace{};
+}
+
 // ---- The session
 
 Status UsbBoard::do_init(Handle& session, const MatchRow& match, EventTable events) {
@@ -127,10 +135,10 @@ void UsbBoard::attach(const std::vector<usb::DevicePtr>& boards, Clock::time_poi
   if (refusal != success) {
     advise(usb::text(refusal));
   } else if (boards.size() > 1) {
+    const UsbPlace place = usb::place_of(boards.front().get());
     advise(std::to_string(boards.size()) +
            " boards are plugged in. The program works with the first one, on bus " +
-           std::to_string(libusb_get_bus_number(boards.front().get())) + ", device " +
-           std::to_string(libusb_get_device_address(boards.front().get())));
+           std::to_string(place.bus) + ", device " + std::to_string(place.device));
   }
 }
 

@@ -37,6 +37,8 @@ class UsbBoard final : public Driver {
   static std::string library();
 
   std::string VB_Stat2Str(Status status) const override;
+  std::int32_t urb_status(Status status) const override;
+  UsbPlace usb_place() const override;
   void deliver_notifications() override;
   std::string board_name() const override { return "USB board"; }
 

@@ -1,0 +1,165 @@
+#include "window/bus_trace_model.h"
+
+#include <QBrush>
+#include <QFontDatabase>
+#include <algorithm>
+#include <array>
+
+#include "boards/trace/packet_words.h"
+#include "window/look.h"
+
+namespace window {
+namespace {
+
+QString hex(const std::vector<std::uint8_t>& bytes) {
+  return QString::fromLatin1(
+      QByteArray(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()))
+          .toHex(' ')
+          .toUpper());
+}
+
+bool is_gpio(std::int32_t pipe) {
+  return pipe == boards::pipe_gpio_out || pipe == boards::pipe_gpio_in;
+}
+
+QVariant alignment(int column) {
+  return QVariant((column <= BusTraceModel::Time ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+constexpr QColor failure_color(0xB0, 0x10, 0x10);
+
+}  // namespace
+
+// ---- In step with the trace
+
+void BusTraceModel::update() {
+  drop_what_went();
+  if (!held_) add_what_came();
+}
+
+void BusTraceModel::drop_what_went() {
+  const auto first_kept = std::ranges::lower_bound(shown_, trace_.first_number());
+  if (first_kept == shown_.begin()) return;
+  beginRemoveRows({}, 0, static_cast<int>(first_kept - shown_.begin()) - 1);
+  shown_.erase(shown_.begin(), first_kept);
+  endRemoveRows();
+}
+
+void BusTraceModel::add_what_came() {
+  std::vector<std::uint64_t> coming;
+  for (std::uint64_t number = first_unseen(); number < trace_.next_number(); ++number) {
+    if (passes(*trace_.find(number))) coming.push_back(number);
+  }
+  seen_ = trace_.next_number();
+  if (coming.empty()) return;
+  const int row = rowCount();
+  beginInsertRows({}, row, row + static_cast<int>(coming.size()) - 1);
+  shown_.insert(shown_.end(), coming.begin(), coming.end());
+  endInsertRows();
+}
+
+void BusTraceModel::hold(bool held) {
+  held_ = held;
+  update();
+}
+
+void BusTraceModel::set_filter(Filter filter) {
+  const std::uint64_t end = held_ ? seen_ : trace_.next_number();
+  beginResetModel();
+  filter_ = std::move(filter);
+  shown_.clear();
+  for (std::uint64_t number = trace_.first_number(); number < end; ++number) {
+    if (passes(*trace_.find(number))) shown_.push_back(number);
+  }
+  seen_ = end;
+  endResetModel();
+}
+
+bool BusTraceModel::failed(const boards::Transfer& transfer) const {
+  return transfer.status != boards::success || boards::is_refusal(transfer, trace_.request_of(transfer));
+}
+
+bool BusTraceModel::passes(const boards::Transfer& transfer) const {
+  if (filter_.pipes != Pipes::All && is_gpio(transfer.pipe) != (filter_.pipes == Pipes::Gpio)) return false;
+  if (filter_.failed_only && !failed(transfer)) return false;
+  if (filter_.text.isEmpty()) return true;
+  for (int column = 0; column < column_count; ++column) {
+    if (text(transfer, column).contains(filter_.text, Qt::CaseInsensitive)) return true;
+  }
+  return false;
+}
+
+// ---- Rows
+
+QString BusTraceModel::status_text(const boards::Transfer& transfer) const {
+  return to_qt(trace_.driver().VB_Stat2Str(transfer.status));
+}
+
+QString BusTraceModel::text(const boards::Transfer& transfer, int column) const {
+  switch (column) {
+    case Number:
+      return QString::number(transfer.number);
+    case Time:
+      return QString::number(std::chrono::duration<double, std::milli>(transfer.begin).count(), 'f', 3);
+    case Pipe:
+      return QString::number(transfer.pipe, 16).rightJustified(2, '0').toUpper();
+    case Direction:
+      return transfer.to_host() ? "in" : "out";
+    case Bytes:
+      return hex(transfer.bytes);
+    case Status:
+      return transfer.status == boards::success ? "0" : status_text(transfer);
+    case Words:
+      return to_qt(boards::in_words(transfer, trace_.request_of(transfer)));
+    default:
+      return {};
+  }
+}
+
+QString BusTraceModel::row_text(int row) const {
+  QStringList columns;
+  if (const boards::Transfer* shown = transfer(row)) {
+    for (int column = 0; column < column_count; ++column) columns << text(*shown, column);
+  }
+  return columns.join('\t');
+}
+
+int BusTraceModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+int BusTraceModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : column_count;
+}
+
+// A row may be asked for when its transfer has just been driven out, before update() takes it away.
+QVariant BusTraceModel::data(const QModelIndex& index, int role) const {
+  const boards::Transfer* shown = index.isValid() ? transfer(index.row()) : nullptr;
+  if (!shown) return {};
+  const int column = index.column();
+  switch (role) {
+    case Qt::DisplayRole:
+      return text(*shown, column);
+    case Qt::ToolTipRole:
+      if (column == Status) return "Status " + QString::number(shown->status) + ": " + status_text(*shown);
+      return column >= Bytes ? text(*shown, column) : QVariant();
+    case Qt::TextAlignmentRole:
+      return alignment(column);
+    case Qt::FontRole:
+      return column == Bytes ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QVariant();
+    case Qt::ForegroundRole:
+      return failed(*shown) ? QBrush(failure_color) : QVariant();
+    default:
+      return {};
+  }
+}
+
+QVariant BusTraceModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  static constexpr std::array<const char*, column_count> captions{
+      "No.", "Time (ms)", "Pipe", "Direction", "Bytes", "Status", "In words"};
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::DisplayRole) return captions[static_cast<std::size_t>(section)];
+  return role == Qt::TextAlignmentRole ? alignment(section) : QVariant();
+}
+
+}  // namespace window

@@ -1,0 +1,298 @@
+// The bus trace in its window.
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTimer>
+
+#include "boards/simulated/statuses.h"
+#include "panels/single_channel/kvt71346.h"
+#include "shell/application.h"
+#include "support/temporary_folder.h"
+#include "support/window_program.h"
+#include "window/bus_trace_window.h"
+
+namespace varzelin::testing {
+namespace {
+
+using window::BusTraceModel;
+
+struct BusTraceInItsWindow : WindowProgram {
+  void SetUp() override {
+    add_forms(program);
+    program.runtime.dispatch([&] { start(program); });
+    turn();
+    emit widget<QComboBox>("frmStartup", "cboDeviceSelect").activated(0);
+    turn();
+  }
+  void open() {
+    for (QAction* action : window_of("frmKVT71346").menuBar()->findChild<QMenu*>("Windows")->actions()) {
+      if (action->text().remove('&') == "Bus trace") action->trigger();
+    }
+    ASSERT_TRUE(windows.bus_trace());
+    ASSERT_TRUE(windows.bus_trace()->isVisible());
+  }
+  template <class Widget>
+  Widget& part(const char* name) {
+    auto* found = windows.bus_trace()->findChild<Widget*>(name);
+    if (!found) throw std::logic_error(std::string("no part ") + name);
+    return *found;
+  }
+  QAbstractItemModel& rows() { return *part<QTableView>("transfers").model(); }
+  QString cell(int row, int column) { return rows().index(row, column).data().toString(); }
+  QString last(int column) { return cell(rows().rowCount() - 1, column); }
+  QString summary() { return part<QLabel>("summary").text(); }
+
+  void connect() {
+    boards::Handle session = 0;
+    board.WDU_VB_Init(session, {0x7A53, 0x2005},
+                      {[this](boards::Handle handle, const boards::DeviceInfo&) {
+                         device = handle;
+                         return true;
+                       },
+                       {}});
+    board.deliver_notifications();
+  }
+  void send(std::vector<std::uint8_t> packet, std::int32_t pipe = boards::pipe_i2c_out) {
+    std::size_t transferred = 0;
+    board.WDU_Transfer(device, pipe, false, packet, transferred);
+  }
+  void receive(std::size_t size, std::int32_t pipe = boards::pipe_i2c_in) {
+    std::vector<std::uint8_t> buffer(size);
+    std::size_t transferred = 0;
+    board.WDU_Transfer(device, pipe, true, buffer, transferred);
+  }
+  void open_with(std::size_t writes) {
+    connect();
+    open();
+    for (std::size_t i = 0; i < writes; ++i) send({0, 0x88, 1, static_cast<std::uint8_t>(i)});
+    windows.bus_trace()->refresh();
+  }
+  boards::Handle device = 0;
+};
+
+TEST_F(BusTraceInItsWindow, CostsNothingUntilItIsOpenedAndAfterItIsClosed) {
+  EXPECT_EQ(windows.bus_trace(), nullptr);
+  EXPECT_EQ(board.observer, nullptr);
+  open();
+  EXPECT_NE(board.observer, nullptr);
+  windows.bus_trace()->close();
+  EXPECT_EQ(board.observer, nullptr);
+  open();
+  EXPECT_NE(board.observer, nullptr);
+}
+
+TEST_F(BusTraceInItsWindow, ATransferIsARow) {
+  connect();
+  open();
+  clock.pass(std::chrono::microseconds(2500) - clock.now() % std::chrono::milliseconds(1));
+  const QString begin = QString::number(clock.milliseconds(), 'f', 3);
+  send({1, 0x88, 1, 5});
+  receive(2);
+  board.fail_transfers(1, boards::statuses::time_out);
+  receive(2);
+  windows.bus_trace()->refresh();
+  ASSERT_EQ(rows().rowCount(), 3);
+  const QStringList captions{"No.", "Time (ms)", "Pipe", "Direction", "Bytes", "Status", "In words"};
+  for (int column = 0; column < captions.size(); ++column) {
+    EXPECT_EQ(rows().headerData(column, Qt::Horizontal).toString(), captions[column]);
+  }
+  EXPECT_EQ(cell(0, BusTraceModel::Number), "1");
+  EXPECT_EQ(cell(0, BusTraceModel::Time), begin);
+  EXPECT_EQ(cell(0, BusTraceModel::Pipe), "02");
+  EXPECT_EQ(cell(0, BusTraceModel::Direction), "out");
+  EXPECT_EQ(cell(0, BusTraceModel::Bytes), "01 88 01 05");
+  EXPECT_EQ(cell(0, BusTraceModel::Status), "0");
+  EXPECT_EQ(cell(0, BusTraceModel::Words), "write r1 = 05 at 88");
+  EXPECT_EQ(cell(1, BusTraceModel::Pipe), "82");
+  EXPECT_EQ(cell(1, BusTraceModel::Direction), "in");
+  EXPECT_EQ(cell(2, BusTraceModel::Status), "The transfer timed out");
+  EXPECT_EQ(cell(2, BusTraceModel::Words), "no answer");
+  EXPECT_EQ(rows().index(2, BusTraceModel::Status).data(Qt::ToolTipRole).toString(),
+            "Status 536870916: The transfer timed out");
+  EXPECT_FALSE(rows().index(0, 0).data(Qt::ForegroundRole).isValid());
+  EXPECT_TRUE(rows().index(2, 0).data(Qt::ForegroundRole).isValid());
+  EXPECT_EQ(summary(), "3 transfers");
+}
+
+TEST_F(BusTraceInItsWindow, ShowsACollectionWhileItRuns) {
+  open();
+  auto& panel = program.forms.touch<frmKVT71346>();
+  panel.ModeIndex = 2;
+  int seen_while_running = 0;
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count < 60) return;
+    windows.bus_trace()->refresh();
+    seen_while_running = rows().rowCount();
+    widget<QPushButton>("frmKVT71346", "cmdStopData").click();
+  });
+  user.start(0);
+  widget<QPushButton>("frmKVT71346", "cmdCollectData").click();
+  turn();
+  EXPECT_GT(seen_while_running, 100);
+}
+
+TEST_F(BusTraceInItsWindow, FiltersByTextPipesAndFailure) {
+  connect();
+  open();
+  send({1, 0x88, 1, 5});
+  receive(2);
+  send({1, 0xA0, 1, 5});
+  receive(2);  // nothing answers at A0
+  send({1, 2, 3, 4}, boards::pipe_gpio_out);
+  board.fail_transfers(1, boards::statuses::transfer_failed);
+  send({0, 0x88, 7});
+  windows.bus_trace()->refresh();
+  const auto shown = [&] {
+    QStringList numbers;
+    for (int row = 0; row < rows().rowCount(); ++row) numbers << cell(row, BusTraceModel::Number);
+    return numbers.join(' ');
+  };
+  EXPECT_EQ(shown(), "1 2 3 4 5 6");
+  part<QLineEdit>("filter").setText("AT 88");
+  EXPECT_EQ(shown(), "1 2 6");
+  EXPECT_EQ(summary(), "6 transfers, 3 shown");
+  part<QCheckBox>("failed").setChecked(true);
+  EXPECT_EQ(shown(), "6");
+  part<QLineEdit>("filter").clear();
+  EXPECT_EQ(shown(), "4 6");
+  part<QComboBox>("pipes").setCurrentIndex(2);
+  EXPECT_EQ(shown(), "");
+  part<QCheckBox>("failed").setChecked(false);
+  EXPECT_EQ(shown(), "5");
+  part<QComboBox>("pipes").setCurrentIndex(1);
+  EXPECT_EQ(shown(), "1 2 3 4 6");
+  part<QLineEdit>("filter").setText("01 A0");
+  EXPECT_EQ(shown(), "3");
+  send({1, 0xA0, 1, 6});
+  send({1, 0x88, 1, 6});
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(shown(), "3 7");
+}
+
+TEST_F(BusTraceInItsWindow, APausedListStandsStillAndLosesNothing) {
+  open_with(2);
+  part<QPushButton>("pause").setChecked(true);
+  send({0, 0x88, 9});
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(rows().rowCount(), 2);
+  EXPECT_EQ(summary(), "3 transfers. Paused: 1 more since");
+  part<QLineEdit>("filter").setText("command");
+  EXPECT_EQ(rows().rowCount(), 0);
+  part<QLineEdit>("filter").clear();
+  EXPECT_EQ(rows().rowCount(), 2);
+  part<QPushButton>("pause").setChecked(false);
+  EXPECT_EQ(rows().rowCount(), 3);
+  EXPECT_EQ(summary(), "3 transfers");
+}
+
+TEST_F(BusTraceInItsWindow, ClearingForgetsEverything) {
+  open_with(2);
+  part<QPushButton>("clear").click();
+  EXPECT_EQ(rows().rowCount(), 0);
+  EXPECT_EQ(summary(), "0 transfers");
+  EXPECT_FALSE(part<QPushButton>("save").isEnabled());
+  send({0, 0x88, 9});
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(last(BusTraceModel::Number), "3");
+  part<QPushButton>("pause").setChecked(true);
+  send({0, 0x88, 9});
+  part<QPushButton>("clear").click();
+  EXPECT_EQ(summary(), "0 transfers. Paused: 0 more since");
+}
+
+TEST_F(BusTraceInItsWindow, AFullListDropsItsOldestRows) {
+  open_with(boards::BusTrace::most_transfers);
+  QAbstractItemModelTester tester(&rows(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+  EXPECT_EQ(rows().rowCount(), 100'000);
+  send({0, 0x88, 9});
+  // Before the list knows that its first row has gone, it may be painted.
+  EXPECT_FALSE(rows().index(0, 0).data().isValid());
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(rows().rowCount(), 100'000);
+  EXPECT_EQ(cell(0, 0), "2");
+  EXPECT_EQ(last(0), "100001");
+  EXPECT_EQ(summary(), "100,000 transfers. The list is full: the oldest go");
+  part<QPushButton>("pause").setChecked(true);
+  for (int i = 0; i < 10; ++i) send({0, 0x88, 9});
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(cell(0, 0), "12");
+  EXPECT_EQ(last(0), "100001");
+}
+
+TEST_F(BusTraceInItsWindow, FollowsTheNewestAsLongAsItIsAtTheEnd) {
+  open_with(200);
+  QScrollBar& bar = *part<QTableView>("transfers").verticalScrollBar();
+  QApplication::processEvents();
+  EXPECT_EQ(bar.value(), bar.maximum());
+  bar.setValue(10);
+  send({0, 0x88, 9});
+  windows.bus_trace()->refresh();
+  QApplication::processEvents();
+  EXPECT_EQ(bar.value(), 10);
+}
+
+TEST_F(BusTraceInItsWindow, CopiesTheSelectedRows) {
+  open_with(3);
+  auto& list = part<QTableView>("transfers");
+  list.selectRow(1);
+  list.setFocus();
+  QTest::keySequence(&list, QKeySequence::Copy);
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            "2\t" + cell(1, BusTraceModel::Time) + "\t02\tout\t00 88 01 01\t0\twrite r1 = 01 at 88\n");
+}
+
+TEST_F(BusTraceInItsWindow, WhatItSawOutlivesItsClosing) {
+  open_with(2);
+  windows.bus_trace()->close();
+  send({0, 0x88, 9});
+  open();
+  windows.bus_trace()->refresh();
+  EXPECT_EQ(rows().rowCount(), 2);
+  EXPECT_EQ(cell(1, BusTraceModel::Words), "write r1 = 01 at 88");
+}
+
+TEST_F(BusTraceInItsWindow, SavesACaptureBesideTheRunningProgram) {
+  const TemporaryFolder folder;
+  open_with(2);
+  part<QLineEdit>("filter").setText("nothing");
+  part<QPushButton>("save").click();
+  auto& dialog = part<QFileDialog>("where");
+  EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  const std::string path = folder.path("bus.pcapng");
+  emit dialog.fileSelected(QString::fromStdString(path));
+  EXPECT_EQ(summary(), "2 transfers, 0 shown. 2 saved in " + QString::fromStdString(path));
+  const std::string content = TemporaryFolder::content(path);
+  EXPECT_EQ(content.substr(0, 4), "\x0A\x0D\x0D\x0A");
+  EXPECT_NE(content.find(std::string("\0\x88\x01\x01", 4)), std::string::npos);
+  dialog.close();
+}
+
+TEST_F(BusTraceInItsWindow, AFileThatCannotBeWrittenIsTold) {
+  open_with(1);
+  part<QPushButton>("save").click();
+  auto& dialog = part<QFileDialog>("where");
+  emit dialog.fileSelected("/proc/no-such-folder/bus.pcapng");
+  dialog.close();
+  auto* box = windows.bus_trace()->findChild<QMessageBox*>();
+  ASSERT_TRUE(box);
+  EXPECT_TRUE(box->text().startsWith("/proc/no-such-folder/bus.pcapng can't be written: "))
+      << box->text().toStdString();
+  EXPECT_EQ(summary(), "1 transfer");
+  box->close();
+}
+
+}  // namespace
+}  // namespace varzelin::testing
