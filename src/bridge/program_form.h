@@ -57,6 +57,11 @@ class ProgramForm : public forms::Form {
   std::string Time() const { return forms::time_short(runtime().clock().local_time()); }
   // The lamp colour of an index kept in the store.
   static forms::Color lamp(double color_index) { return QBColor(color_index); }
+  // Light and dark green alternate, so that a repeated good action shows that it was done. Anything else
+  // becomes light green.
+  void flip_lamp(Shape& shape);
+  // The result of a communications test: "Good" on green or "Fail" on red.
+  static void show_verdict(Label& label, bool good);
 };
 
 }  // namespace varzelin

@@ -52,17 +52,11 @@ frmI2C_General::BusReply frmI2C_General::set_register_pointer(int register_numbe
 
 // --- lamps ---
 
-// Light and dark green alternate, so that a repeated good action shows that it was done.
-void frmI2C_General::toggle(Shape& shape) {
-  const bool was_light = shape.FillColor.get() == lamp(store.Clr_LtGreen);
-  shape.FillColor = lamp(was_light ? store.Clr_DkGreen : store.Clr_LtGreen);
-}
-
 void frmI2C_General::show_row_write(int row, bool good) {
   shpBwrite(row).Visible = true;
   txtBWrite(row).Enabled = true;
   if (good) {
-    toggle(shpBwrite(row));
+    flip_lamp(shpBwrite(row));
   } else {
     shpBwrite(row).FillColor = lamp(store.Clr_Red);
   }
@@ -72,7 +66,7 @@ void frmI2C_General::show_row_read(int row, const BusReply& reply) {
   lblReadCount.Caption = forms::Str(reply.status);
   txtRdByte(row).Text = forms::Hex2(reply.data);
   if (reply.status == good_read) {
-    toggle(Shape1(row));
+    flip_lamp(Shape1(row));
   } else {
     txtRdByte(row).Text = "--";
     Shape1(row).FillColor = lamp(store.Clr_Red);
@@ -82,7 +76,7 @@ void frmI2C_General::show_row_read(int row, const BusReply& reply) {
 void frmI2C_General::show_single_byte(Shape& action_lamp, bool good) {
   Shape3.FillColor = lamp(good ? store.Clr_LtGreen : store.Clr_Red);
   if (good) {
-    toggle(action_lamp);
+    flip_lamp(action_lamp);
   } else {
     txtReadByte.Text = "--";
     action_lamp.FillColor = lamp(store.Clr_Red);

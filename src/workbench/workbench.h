@@ -227,7 +227,6 @@ class frmI2C_General final : public ProgramForm, private SessionDisplay {
   void show_row_write(int row, bool good);
   void show_row_read(int row, const BusReply& reply);
   void show_single_byte(Shape& action_lamp, bool good);
-  void toggle(Shape& shape);
   void show_comm_result(bool good);
   void show_on_leds(bool good);
 

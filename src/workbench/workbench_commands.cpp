@@ -16,9 +16,6 @@ constexpr int test_reply_size = 3;
 constexpr int red_led = 0;
 constexpr int green_led = 1;
 
-constexpr forms::Color clr_good_back{32768};
-constexpr forms::Color clr_fail_back{255};
-
 constexpr const char* setup_filter = "All Files (*.*)|*.*|I2C_General Setup Files(*.kvt)|*.kvt";
 
 // The platform's units, 15 to a pixel.
@@ -45,8 +42,7 @@ void fit(forms::ScrollBar& bar, forms::Property<double>& position, double inner,
 // --- the communications test ---
 
 void frmI2C_General::show_comm_result(bool good) {
-  lblCommTest.Caption = good ? "Good" : "Fail";
-  lblCommTest.BackColor = good ? clr_good_back : clr_fail_back;
+  show_verdict(lblCommTest, good);
   lblCommTest.ForeColor = good ? forms::clr_button_text : forms::clr_white;
   Comm_Good = flag(good);
 }
@@ -95,8 +91,7 @@ void frmI2C_General::cmdTestComm_Click() {
 
 void frmI2C_General::txtI2CAdr_KeyPress(int& KeyAscii) {
   if (KeyAscii != enter_key) return;
-  lblCommTest.Caption = "Fail";
-  lblCommTest.BackColor = clr_fail_back;
+  show_verdict(lblCommTest, false);
   cmdTestComm_Click();
 }
 

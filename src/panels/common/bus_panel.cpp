@@ -51,11 +51,6 @@ void BusPanel::run_deferred(const std::vector<DeferredWork>& work) {
   }
 }
 
-void BusPanel::flip_lamp(Shape& shape) {
-  const bool was_light = shape.FillColor.get() == lamp(store.Clr_LtGreen);
-  shape.FillColor = lamp(was_light ? store.Clr_DkGreen : store.Clr_LtGreen);
-}
-
 void BusPanel::beat(Shape& shape) {
   const bool was_light = shape.FillColor.get() == lamp(store.Clr_LtGreen);
   shape.FillColor = lamp(was_light ? store.Clr_Black : store.Clr_LtGreen);

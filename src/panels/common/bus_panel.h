@@ -55,9 +55,6 @@ class BusPanel : public ProgramForm {
 
   // --- showing ---
 
-  // An activity lamp marks that an operation ran: light green becomes dark green, anything else light
-  // green.
-  void flip_lamp(Shape& shape);
   // A heartbeat between black and light green.
   void beat(Shape& shape);
 };

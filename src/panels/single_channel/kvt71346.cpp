@@ -24,9 +24,6 @@ constexpr int slow_read_wait_ms = 100;
 constexpr int slow_reply_size = 6;
 constexpr int fast_reply_size = 5;
 
-constexpr forms::Color clr_good_back{32768};
-constexpr forms::Color clr_fail_back{255};
-
 }  // namespace
 
 frmKVT71346::frmKVT71346(Program& owner)
@@ -205,8 +202,7 @@ void frmKVT71346::test_communications() {
 }
 
 void frmKVT71346::show_comm_test(bool good) {
-  LblCommTest.Caption = good ? "Good" : "Fail";
-  LblCommTest.BackColor = good ? clr_good_back : clr_fail_back;
+  show_verdict(LblCommTest, good);
   LblCommTest.ForeColor = good ? forms::clr_button_text : forms::clr_white;
 }
 
