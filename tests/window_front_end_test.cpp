@@ -71,6 +71,26 @@ TEST_F(WindowFrontEndTest, NoHandlerRunsWhileABoxIsOpen) {
   EXPECT_TRUE(ran);
 }
 
+// The driver advises from inside its delivery of notifications.
+TEST_F(WindowFrontEndTest, TheDriversAdviceIsABoxWhoseTextCanBeCopied) {
+  const QString command = "sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/";
+  board.on_advice("Access denied. Install the rule by \"" + command.toStdString() + "\"");
+  EXPECT_FALSE(QApplication::activeModalWidget());
+  bool shown = false;
+  when_open<QMessageBox>([&](QMessageBox& box) {
+    shown = true;
+    EXPECT_EQ(box.icon(), QMessageBox::Warning);
+    EXPECT_TRUE(box.text().contains(command));
+    EXPECT_TRUE(box.textInteractionFlags() & Qt::TextSelectableByMouse);
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+    box.accept();
+  });
+  program.runtime.service();
+  EXPECT_TRUE(shown);
+  turn();
+  EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
 TEST_F(WindowFrontEndTest, ARunTimeErrorIsReportedWithItsNumber) {
   when_open<QMessageBox>([](QMessageBox& box) {
     EXPECT_EQ(box.text(), "Run-time error '6':\n\nOverflow");

@@ -31,11 +31,7 @@ int run(const char* program_name, const Desktop& desktop) {
   if (!desktop.library.empty()) program.libraries.push_back(desktop.library);
   varzelin::add_forms(program);
   program.runtime.post([&] { varzelin::start(program); });
-  desktop.driver.on_advice = [&](const std::string& text) {
-    program.runtime.post([&, text] { program.runtime.MsgBox(text, forms::vbExclamation); });
-  };
   program.runtime.run(program.forms);
-  desktop.driver.on_advice = nullptr;
   return 0;
 }
 

@@ -48,6 +48,7 @@ int show_message(QWidget* parent, const forms::MessageBox& message, const QStrin
   QMessageBox box(icon_of(message.buttons), title_of(message.title, title_suffix), to_qt(message.text),
                   QMessageBox::NoButton, parent);
   box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);  // some texts name a command to be typed
   const auto possible = message.answers();
   for (const int answer : possible) {
     for (const Answer& each : answers) {

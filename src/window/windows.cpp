@@ -41,11 +41,16 @@ Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::
     if (shown_in_front_ == &form) shown_in_front_ = nullptr;
     windows_.erase(&form);
   };
+  // A box that came at once would stand in the middle of the driver's own call.
+  program_.driver.on_advice = [this](const std::string& text) {
+    program_.runtime.post([this, text] { program_.runtime.MsgBox(text, forms::vbExclamation); });
+  };
   front_end_.attach(this);
 }
 
 Windows::~Windows() {
   front_end_.attach(nullptr);
+  program_.driver.on_advice = nullptr;
   program_.forms.on_unloaded = nullptr;
 }
 

@@ -26,8 +26,9 @@ class WindowFrontEnd;
 
 class Windows {
  public:
-  // Joins the program to its front end; both outlive this object. `bench` is the simulated board
-  // behind the program's driver, if there is one: its name then stands in every title.
+  // Joins the program to its front end, and shows the driver's advice; both outlive this object.
+  // `bench` is the simulated board behind the program's driver, if there is one: its name then stands in
+  // every title.
   Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::SimulatedBoard* bench = nullptr);
   ~Windows();
   Windows(const Windows&) = delete;

@@ -230,7 +230,9 @@ TEST_F(UsbDevice, UnplugIsNotifiedAndTheHandleIsStale) {
   EXPECT_EQ(driver.WDU_ResetDevice(device), LIBUSB_ERROR_NO_DEVICE);
   EXPECT_EQ(driver.WDU_ResetPipe(device, pipe_i2c_in), LIBUSB_ERROR_NO_DEVICE);
   EXPECT_EQ(i2c_reply(2).status, LIBUSB_ERROR_NO_DEVICE);
-  EXPECT_EQ(driver.VB_Stat2Str(LIBUSB_ERROR_NO_DEVICE), "No such device (it may have been disconnected)");
+  EXPECT_EQ(
+      driver.VB_Stat2Str(LIBUSB_ERROR_NO_DEVICE),
+      "No such device (it may have been disconnected). Plug the board in; the program finds it by itself");
   EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
 }
 

@@ -18,6 +18,8 @@ std::string advice(Status status) {
              "and plug the board in again";
     case LIBUSB_ERROR_BUSY:
       return ". Another program holds the board; leave that program and try again";
+    case LIBUSB_ERROR_NO_DEVICE:
+      return ". Plug the board in; the program finds it by itself";
     default:
       return {};
   }
