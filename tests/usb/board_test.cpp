@@ -263,7 +263,7 @@ TEST_F(UsbDevice, AFailedTransferTellsOfTheUnplugBeforeTheSystemDoes) {
 }
 
 TEST_F(UsbDevice, UnplugWithinATransfer) {
-  board.pull_within_transfer(1);
+  board.pull_within_transfer(0);
   EXPECT_EQ(i2c({1, 0x89, 0}), success);
   Received reply{};
   EXPECT_LT(milliseconds_of([&] { reply = i2c_reply(2); }), 500.0);

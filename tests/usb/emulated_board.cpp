@@ -11,8 +11,6 @@
 namespace usb_testing {
 namespace {
 
-constexpr boards::MatchRow match{0x7A53, 0x2005};
-
 template <class T>
 std::optional<T> argument_as(UMockdevIoctlData* argument) {
   UMockdevIoctlData* data = umockdev_ioctl_data_resolve(argument, 0, sizeof(T), nullptr);
@@ -27,58 +25,22 @@ usbdevfs_urb& urb_of(UMockdevIoctlData* request) {
   return *reinterpret_cast<usbdevfs_urb*>(request->data);
 }
 
-bool to_host(std::int32_t pipe) {
-  return (pipe & 0x80) != 0;
-}
-
 }  // namespace
-
-EmulatedBoard::EmulatedBoard() {
-  brain_.set_timing(false);
-}
-
-std::vector<std::uint8_t> EmulatedBoard::descriptors() {
-  std::vector<std::uint8_t> bytes{
-      18, 1, 0x00, 0x02, 0, 0,    0, 64,   0x53, 0x7A, 0x05, 0x20, 0x00, 0x01, 0, 0, 0, 1,  // device
-      9,  2, 46,   0,    1, 1,    0, 0x80, 50,                                              // configuration
-      9,  4, 0,    0,    4, 0xFF, 0, 0,    0,                                               // interface
-  };
-  for (const std::uint8_t pipe : std::initializer_list<std::uint8_t>{0x01, 0x81, 0x02, 0x82})
-    bytes.insert(bytes.end(), {7, 5, pipe, 2, 64, 0, 0});
-  return bytes;
-}
 
 // ---- For the test
 
 void EmulatedBoard::power(bool on) {
   const std::lock_guard lock(mutex_);
-  if (on == powered_) return;
-  powered_ = on;
-  stalled_.clear();
-  if (on) {
-    brain_.plug();
-    connect_brain();
-    return;
-  }
-  brain_.unplug();
+  device_.power(on);
+  if (on) return;
   for (Urb& urb : urbs_) {
     if (!urb.done) finish(urb, -ESHUTDOWN, 0);
   }
 }
 
-void EmulatedBoard::connect_brain() {
-  brain_.WDU_VB_Init(brain_session_, match,
-                     {[this](boards::Handle device, const boards::DeviceInfo&) {
-                        brain_device_ = device;
-                        return true;
-                      },
-                      nullptr});
-  brain_.deliver_notifications();
-}
-
 void EmulatedBoard::pull_within_transfer(int after) {
   const std::lock_guard lock(mutex_);
-  transfers_to_pull_ = after;
+  device_.pull_within_transfer(after);
 }
 
 void EmulatedBoard::refuse_claims(int error, int times) {
@@ -89,12 +51,12 @@ void EmulatedBoard::refuse_claims(int error, int times) {
 
 void EmulatedBoard::stall(std::int32_t pipe) {
   const std::lock_guard lock(mutex_);
-  stalled_.insert(pipe);
+  device_.stall(pipe);
 }
 
 void EmulatedBoard::bring_and_hang(std::int32_t pipe, std::vector<std::uint8_t> bytes) {
   const std::lock_guard lock(mutex_);
-  hanging_.emplace(pipe, std::move(bytes));
+  device_.bring_and_hang(pipe, std::move(bytes));
 }
 
 EmulatedBoard::Counts EmulatedBoard::counts() {
@@ -120,7 +82,7 @@ std::optional<EmulatedBoard::Result> EmulatedBoard::answer(UMockdevIoctlClient* 
   // Finished transfers can be fetched from a device that is gone.
   if (request == USBDEVFS_REAPURBNDELAY) return reap(argument);
   if (request == USBDEVFS_DISCARDURB) return discard(argument);
-  if (!powered_) return failed(ENODEV);
+  if (!device_.powered()) return failed(ENODEV);
   switch (request) {
     case USBDEVFS_GET_CAPABILITIES: {
       const std::uint32_t capabilities = USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
@@ -169,15 +131,14 @@ EmulatedBoard::Result EmulatedBoard::set_interface(UMockdevIoctlData* argument) 
 EmulatedBoard::Result EmulatedBoard::clear_halt(UMockdevIoctlData* argument) {
   const auto pipe = argument_as<unsigned>(argument);
   if (!pipe) return failed(EFAULT);
-  if ((*pipe & 0x7F) != 1 && (*pipe & 0x7F) != 2) return failed(ENOENT);
-  stalled_.erase(static_cast<std::int32_t>(*pipe));
+  if (!BridgeDevice::has_pipe(static_cast<std::int32_t>(*pipe))) return failed(ENOENT);
+  device_.clear_halt(static_cast<std::int32_t>(*pipe));
   ++counts_.halts_cleared;
   return {};
 }
 
 EmulatedBoard::Result EmulatedBoard::reset() {
-  stalled_.clear();
-  brain_.WDU_ResetDevice(brain_device_);
+  device_.reset();
   ++counts_.resets;
   return {};
 }
@@ -188,7 +149,7 @@ EmulatedBoard::Result EmulatedBoard::submit(UMockdevIoctlData* argument) {
   const usbdevfs_urb& urb = urb_of(request.get());
   const std::int32_t pipe = urb.endpoint;
   if (urb.type != USBDEVFS_URB_TYPE_BULK) return failed(EINVAL);
-  if ((pipe & 0x7F) != 1 && (pipe & 0x7F) != 2) return failed(ENOENT);
+  if (!BridgeDevice::has_pipe(pipe)) return failed(ENOENT);
   Data buffer;
   if (urb.buffer_length > 0) {
     buffer.reset(umockdev_ioctl_data_resolve(request.get(), offsetof(usbdevfs_urb, buffer),
@@ -196,38 +157,40 @@ EmulatedBoard::Result EmulatedBoard::submit(UMockdevIoctlData* argument) {
     if (!buffer) return failed(EFAULT);
   }
   Urb& added = urbs_.emplace_back(Urb{std::move(request), std::move(buffer), pipe});
-  if (transfers_to_pull_ >= 0 && transfers_to_pull_-- == 0) {
-    powered_ = false;
-    brain_.unplug();
-    finish(added, -ESHUTDOWN, 0);
-  } else if (stalled_.contains(pipe)) {
-    finish(added, -EPIPE, 0);
-  } else if (hanging_ && hanging_->first == pipe) {
-    added.hangs = true;
-    put(added, hanging_->second);
-    hanging_.reset();
-  } else {
-    try_to_finish(added);
-  }
+  take(added, device_.begin(transfer_of(added)));
   return {};
 }
 
-// What the board has for the transfer ends it; without that it stays.
-void EmulatedBoard::try_to_finish(Urb& urb) {
-  std::vector<std::uint8_t> bytes(to_host(urb.pipe) ? 512 : 0);
-  if (!to_host(urb.pipe) && urb.buffer) {
-    bytes.assign(urb.buffer->data, urb.buffer->data + urb.buffer->data_len);
+BridgeDevice::Transfer EmulatedBoard::transfer_of(const Urb& urb) {
+  BridgeDevice::Transfer transfer{.pipe = urb.pipe};
+  if (!urb.buffer) return transfer;
+  if (BridgeDevice::to_host(urb.pipe)) {
+    transfer.room = urb.buffer->data_len;
+  } else {
+    transfer.sent.assign(urb.buffer->data, urb.buffer->data + urb.buffer->data_len);
   }
-  std::size_t transferred = 0;
-  if (brain_.WDU_Transfer(brain_device_, urb.pipe, to_host(urb.pipe), bytes, transferred) != boards::success)
-    return;
-  if (!to_host(urb.pipe)) return finish(urb, 0, transferred);
-  bytes.resize(transferred);
-  const auto room = static_cast<std::size_t>(urb.buffer ? urb.buffer->data_len : 0);
-  const bool too_long = bytes.size() > room;
-  if (too_long) bytes.resize(room);
-  put(urb, bytes);
-  finish(urb, too_long ? -EOVERFLOW : 0, bytes.size());
+  return transfer;
+}
+
+void EmulatedBoard::take(Urb& urb, const BridgeDevice::Progress& progress) {
+  using State = BridgeDevice::State;
+  const bool read = BridgeDevice::to_host(urb.pipe);
+  if (read) put(urb, progress.bytes);
+  switch (progress.state) {
+    case State::Done:
+      return finish(urb, 0, read || !urb.buffer ? progress.bytes.size() : urb.buffer->data_len);
+    case State::TooLong:
+      return finish(urb, -EOVERFLOW, progress.bytes.size());
+    case State::Stalled:
+      return finish(urb, -EPIPE, 0);
+    case State::Pulled:
+      return finish(urb, -ESHUTDOWN, 0);
+    case State::Hangs:
+      urb.hangs = true;
+      return;
+    case State::Waits:
+      return;
+  }
 }
 
 void EmulatedBoard::put(Urb& urb, const std::vector<std::uint8_t>& bytes) {
@@ -261,10 +224,10 @@ EmulatedBoard::Result EmulatedBoard::discard(UMockdevIoctlData* argument) {
 
 EmulatedBoard::Result EmulatedBoard::reap(UMockdevIoctlData* argument) {
   for (Urb& urb : urbs_) {
-    if (!urb.done && !urb.hangs && powered_) try_to_finish(urb);
+    if (!urb.done && !urb.hangs && device_.powered()) take(urb, device_.look_again(transfer_of(urb)));
   }
   const auto found = std::ranges::find_if(urbs_, &Urb::done);
-  if (found == urbs_.end()) return failed(powered_ ? EAGAIN : ENODEV);
+  if (found == urbs_.end()) return failed(device_.powered() ? EAGAIN : ENODEV);
   const Data result(umockdev_ioctl_data_resolve(argument, 0, sizeof(void*), nullptr));
   umockdev_ioctl_data_set_ptr(result.get(), 0, found->request.get());
   urbs_.erase(found);

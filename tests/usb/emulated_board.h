@@ -1,47 +1,36 @@
-// An evaluation board as the kernel shows it: the answers to the ioctls of its device node. The bridge,
-// the ports and the sensor behind it are those of the simulated board, which is also where a test mounts
-// sensors. All methods may be called on any thread.
+// An evaluation board as the kernel shows it: the answers to the ioctls of its device node. What the board
+// itself does is the bridge device's. All methods may be called on any thread.
 #pragma once
 
 #include <umockdev.h>
 
-#include <chrono>
 #include <cstdint>
 #include <list>
 #include <mutex>
 #include <optional>
-#include <set>
-#include <string>
 #include <vector>
 
-#include "boards/simulated/simulated_board.h"
+#include "usb/bridge_device.h"
 
 namespace usb_testing {
 
 class EmulatedBoard {
  public:
-  EmulatedBoard();
-
   // What stands behind the USB. `work` runs while no ioctl does.
   template <class Work>
   auto brain(Work&& work) {
     const std::lock_guard lock(mutex_);
-    return work(brain_);
+    return work(device_.brain());
   }
-
-  // The device's descriptors: device, then configuration, as the kernel's file has them.
-  static std::vector<std::uint8_t> descriptors();
 
   // Without power the board is gone from the bus; nobody is told of it. EmulatedUsb switches it.
   void power(bool on);
-  // The plug is pulled while the next transfer after `transfers` is under way.
+  // The following three are the bridge device's.
   void pull_within_transfer(int after);
+  void stall(std::int32_t pipe);
+  void bring_and_hang(std::int32_t pipe, std::vector<std::uint8_t> bytes);
   // Claiming fails with this error of the system, `times` times.
   void refuse_claims(int error, int times = 1'000'000);
-  // The endpoint answers with a stall until it is cleared.
-  void stall(std::int32_t pipe);
-  // The next transfer on this pipe brings these bytes and then nothing, so that it times out.
-  void bring_and_hang(std::int32_t pipe, std::vector<std::uint8_t> bytes);
 
   struct Counts {
     int claims = 0;  // successful ones
@@ -82,22 +71,15 @@ class EmulatedBoard {
   Result submit(UMockdevIoctlData* argument);
   Result discard(UMockdevIoctlData* argument);
   Result reap(UMockdevIoctlData* argument);
-  void try_to_finish(Urb& urb);
+  static BridgeDevice::Transfer transfer_of(const Urb& urb);
+  static void take(Urb& urb, const BridgeDevice::Progress& progress);
   static void finish(Urb& urb, int status, std::size_t length);
-  void put(Urb& urb, const std::vector<std::uint8_t>& bytes);
-  void connect_brain();
+  static void put(Urb& urb, const std::vector<std::uint8_t>& bytes);
 
   std::mutex mutex_;
-  forms::SystemClock clock_;
-  boards::SimulatedBoard brain_{clock_};
-  boards::Handle brain_session_ = 0;
-  boards::Handle brain_device_ = 0;
-  bool powered_ = false;
-  int transfers_to_pull_ = -1;  // below 0: none
+  BridgeDevice device_;
   int claim_error_ = 0;
   int claims_to_refuse_ = 0;
-  std::set<std::int32_t> stalled_;
-  std::optional<std::pair<std::int32_t, std::vector<std::uint8_t>>> hanging_;
   std::list<Urb> urbs_;
   Counts counts_;
 };

@@ -72,7 +72,7 @@ void EmulatedUsb::plug(EmulatedBoard& board) {
     ADD_FAILURE() << "umockdev: " << error->message;
     g_error_free(error);
   }
-  add(device(system_path(place), place.device_number, EmulatedBoard::descriptors()));
+  add(device(system_path(place), place.device_number, BridgeDevice::descriptors()));
 }
 
 void EmulatedUsb::unplug(EmulatedBoard& board) {

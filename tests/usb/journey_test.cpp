@@ -87,7 +87,7 @@ TEST_F(UsbJourney, CollectsStopsAndReadsAgainAfterAReplug) {
   EXPECT_EQ(board.counts().claims, 2 * board.counts().resets);
 
   // Pulled within a collection: it stops, and the log has the detach.
-  board.pull_within_transfer(5);
+  board.pull_within_transfer(2);
   click(panel->cmdCollectData);
   EXPECT_FALSE(store.Sample_Run);
   EXPECT_TRUE(logged("DeviceDetach: Received detach for device handle &H"));
