@@ -1,19 +1,10 @@
 // What the program costs without a front end.
 #include "bridge/transfer.h"
+#include "no_front_end.h"
 #include "script_jobs.h"
 
 namespace varzelin::benchmarks {
 namespace {
-
-class NoFrontEnd final : public forms::FrontEnd {
- public:
-  int message_box(const forms::MessageBox& box) override { return box.answers().front(); }
-  std::optional<std::string> input_box(const forms::InputBoxRequest&) override { return std::nullopt; }
-  std::optional<std::string> file_dialog(const forms::FileDialog&) override { return file; }
-  void runtime_error(const forms::RunTimeError& error) override { throw error; }
-  void idle(std::optional<forms::Clock::Duration>) override {}
-  std::optional<std::string> file;
-};
 
 struct Core {
   Core() { subject.choose_panel(); }

@@ -1,11 +1,11 @@
 #include "usb/emulated_usb.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 
 namespace usb_testing {
 namespace {
@@ -37,6 +37,13 @@ const std::vector<std::uint8_t> hub_descriptors{
     9,  2, 25,   0,    1, 1, 0, 0xE0, 0,                                         //
     9,  4, 0,    0,    1, 9, 0, 0,    0,    7,    5,    0x81, 3, 4, 0, 12};
 
+void check(gboolean done, GError* error) {
+  if (done) return;
+  const std::string text = error->message;
+  g_error_free(error);
+  throw std::runtime_error("umockdev: " + text);
+}
+
 gboolean on_ioctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer board) {
   return static_cast<EmulatedBoard*>(board)->handle(client);
 }
@@ -58,9 +65,8 @@ bool EmulatedUsb::possible() const {
 
 void EmulatedUsb::add(const std::string& text) {
   GError* error = nullptr;
-  if (umockdev_testbed_add_from_string(testbed_, text.c_str(), &error)) return;
-  ADD_FAILURE() << "umockdev: " << error->message;
-  g_error_free(error);
+  const gboolean added = umockdev_testbed_add_from_string(testbed_, text.c_str(), &error);
+  check(added, error);
 }
 
 void EmulatedUsb::plug(EmulatedBoard& board) {
@@ -68,10 +74,9 @@ void EmulatedUsb::plug(EmulatedBoard& board) {
   board.power(true);
   g_signal_connect(place.ioctls, "handle-ioctl", G_CALLBACK(on_ioctl), &board);
   GError* error = nullptr;
-  if (!umockdev_testbed_attach_ioctl(testbed_, node(place).c_str(), place.ioctls, &error)) {
-    ADD_FAILURE() << "umockdev: " << error->message;
-    g_error_free(error);
-  }
+  const gboolean attached =
+      umockdev_testbed_attach_ioctl(testbed_, node(place).c_str(), place.ioctls, &error);
+  check(attached, error);
   add(device(system_path(place), place.device_number, BridgeDevice::descriptors()));
 }
 
