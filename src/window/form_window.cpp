@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "window/arranger.h"
@@ -17,7 +18,11 @@ namespace window {
 FormWindow::FormWindow(forms::Form& form, QString title_suffix, const std::vector<WindowEntry>& windows)
     : form_(form), title_suffix_(std::move(title_suffix)) {
   setObjectName(to_qt(form.name()));
-  setCentralWidget(new QWidget(this));
+  auto* scroll = new QScrollArea(this);  // a screen may be smaller than the form
+  scroll->setWidget(content_ = new QWidget);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  setCentralWidget(scroll);
   make_widgets();
   add_windows_menu(*menuBar(), windows);
   arrange();
@@ -32,7 +37,7 @@ FormWindow::~FormWindow() {
 
 void FormWindow::make_widgets() {
   for (forms::Control* control : form_.controls()) {
-    if (auto binding = bind(*control, centralWidget())) bindings_[control] = std::move(binding);
+    if (auto binding = bind(*control, content_)) bindings_[control] = std::move(binding);
   }
   for (auto& binding : bind_menus(form_, *menuBar())) {
     const forms::Control* menu = &binding->control();
@@ -46,8 +51,8 @@ void FormWindow::arrange() {
     for (const auto& [control, binding] : bindings_) binding->show();
   };
   show_all();
-  Arranger place(form_, *centralWidget());
-  auto* outermost = new QVBoxLayout(centralWidget());
+  Arranger place(form_, *content_);
+  auto* outermost = new QVBoxLayout(content_);
   outermost->setContentsMargins(gap, gap, gap, gap);
   outermost->setSpacing(gap);
   const LayoutFunction arrange_form = layout_of(form_.name());
@@ -84,7 +89,8 @@ void FormWindow::take_size() {
   constexpr int icon_and_buttons = 140;
   constexpr QSize frame(8, 40);
   const int title = fontMetrics().horizontalAdvance(windowTitle()) * 11 / 10 + icon_and_buttons;
-  resize(sizeHint().expandedTo({title, 0}).boundedTo(screen()->availableSize() - frame));
+  const QSize all = content_->sizeHint() + QSize(0, menuBar()->sizeHint().height());
+  resize(all.expandedTo({title, 0}).boundedTo(screen()->availableSize() - frame));
 }
 
 void FormWindow::show_change(const forms::Control& control) {

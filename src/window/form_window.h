@@ -25,6 +25,8 @@ class FormWindow final : public QMainWindow {
   void show_change(const forms::Control& control);
   // Makes widgets that are going to be shown or enabled ready to take the focus from those that go.
   void show_comers(const forms::Control& control);
+  // What the form's widgets stand on. Where the window is smaller it scrolls.
+  QWidget* content() const { return content_; }
   // Controls that no layout places; they stand at the bottom of the window.
   const std::vector<forms::Control*>& left_over() const { return left_over_; }
 
@@ -47,6 +49,7 @@ class FormWindow final : public QMainWindow {
 
   forms::Form& form_;
   const QString title_suffix_;
+  QWidget* content_;
   std::map<const forms::Control*, std::unique_ptr<Binding>> bindings_;
   std::vector<forms::Control*> left_over_;
 };

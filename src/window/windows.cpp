@@ -173,8 +173,8 @@ void Windows::activated_by_user(FormWindow& form_window) {
 void Windows::resized(FormWindow& form_window) {
   constexpr double units_a_pixel = 15;
   forms::Form& form = form_window.form();
-  form.ScaleWidth = units_a_pixel * form_window.centralWidget()->width();
-  form.ScaleHeight = units_a_pixel * form_window.centralWidget()->height();
+  form.ScaleWidth = units_a_pixel * form_window.content()->width();
+  form.ScaleHeight = units_a_pixel * form_window.content()->height();
   form.Form_Resize();
 }
 
