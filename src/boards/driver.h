@@ -149,6 +149,9 @@ class Driver {
   // What the user should be told once in a message box, e.g. how to get access to the board. Called
   // from deliver_notifications(); may be empty.
   std::function<void(const std::string& text)> on_advice;
+  // What the program's log should say about the boards that no status tells. Called at the same place;
+  // may be empty.
+  std::function<void(const std::string& text)> on_remark;
 
  protected:
   virtual Status do_init(Handle& session, const MatchRow& match, EventTable events) = 0;

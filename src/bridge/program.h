@@ -16,6 +16,9 @@ class Program {
  public:
   // All three outlive the program.
   Program(forms::Clock& clock, boards::Driver& driver, forms::FrontEnd& front_end);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
 
   Store store;
   boards::Driver& driver;

@@ -31,11 +31,13 @@ class UsbBoardTest : public testing::Test {
   boards::Status interface_status = 1;
   std::vector<boards::Handle> detached;
   std::vector<std::string> advices;
+  std::vector<std::string> remarks;
   int attaches = 0;
 
   void SetUp() override {
     if (!usb.possible()) GTEST_SKIP() << "umockdev's library is not preloaded (run this test through ctest)";
     driver.on_advice = [this](const std::string& text) { advices.push_back(text); };
+    driver.on_remark = [this](const std::string& text) { remarks.push_back(text); };
   }
 
   // Accepts a device whose interface can be set, as the program does.

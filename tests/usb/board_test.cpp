@@ -154,6 +154,7 @@ TEST_F(UsbSession, OfTwoBoardsTheFirstIsUsedAndTheNumberTold) {
   EXPECT_EQ(other_board.counts().claims, 0);
   ASSERT_EQ(advices.size(), 1u);
   EXPECT_EQ(advices[0], "2 boards are plugged in. The program works with the first one, on bus 1, device 2");
+  EXPECT_EQ(remarks, advices);
   usb.unplug(board);
   ASSERT_TRUE(comes([&] { return attaches == 2; }));
   EXPECT_EQ(detached.size(), 1u);

@@ -25,11 +25,15 @@ RecordingBoard::RecordingBoard(Driver& driver, const forms::Clock& clock, std::o
   driver_.on_advice = [this](const std::string& text) {
     if (on_advice) on_advice(text);
   };
+  driver_.on_remark = [this](const std::string& text) {
+    if (on_remark) on_remark(text);
+  };
   out_ << recording::header << "\nboard " << driver_.board_name() << std::endl;
 }
 
 RecordingBoard::~RecordingBoard() {
   driver_.on_advice = nullptr;
+  driver_.on_remark = nullptr;
 }
 
 void RecordingBoard::write(double time, const std::string& text) {

@@ -136,9 +136,11 @@ void UsbBoard::attach(const std::vector<usb::DevicePtr>& boards, Clock::time_poi
     advise(usb::text(refusal));
   } else if (boards.size() > 1) {
     const UsbPlace place = usb::place_of(boards.front().get());
-    advise(std::to_string(boards.size()) +
-           " boards are plugged in. The program works with the first one, on bus " +
-           std::to_string(place.bus) + ", device " + std::to_string(place.device));
+    const std::string text = std::to_string(boards.size()) +
+                             " boards are plugged in. The program works with the first one, on bus " +
+                             std::to_string(place.bus) + ", device " + std::to_string(place.device);
+    if (on_remark) on_remark(text);
+    advise(text);
   }
 }
 
