@@ -1,7 +1,10 @@
 // What the same jobs cost with the panel in a window.
 #include <QApplication>
+#include <sstream>
 
+#include "boards/trace/pcapng.h"
 #include "script_jobs.h"
+#include "window/bus_trace_model.h"
 #include "window/look.h"
 #include "window/window_front_end.h"
 #include "window/windows.h"
@@ -47,6 +50,49 @@ void WindowRunScriptOf1000Reads(benchmark::State& state) {
   run_script(state, subject);
 }
 BENCHMARK(WindowRunScriptOf1000Reads)->Unit(benchmark::kMillisecond);
+
+// A full bus trace.
+struct Traced {
+  Traced() {
+    trace.start();
+    std::uint8_t packet[] = {1, 0x88, 1, 5};
+    std::size_t transferred = 0;
+    for (std::size_t i = 0; i < boards::BusTrace::most_transfers; ++i) {
+      packet[3] = static_cast<std::uint8_t>(i);
+      board.WDU_Transfer(0, boards::pipe_i2c_out, false, packet, transferred);
+    }
+  }
+  forms::VirtualClock clock;
+  boards::SimulatedBoard board{clock};
+  boards::BusTrace trace{board, clock};
+};
+
+// The worst key of a filter: every row is put into words, none passes.
+void BusTraceFilter(benchmark::State& state) {
+  Traced subject;
+  window::BusTraceModel model(subject.trace, nullptr);
+  for (auto _ : state) model.set_filter({.text = "no such words"});
+}
+BENCHMARK(BusTraceFilter)->Unit(benchmark::kMillisecond);
+
+void BusTraceCapture(benchmark::State& state) {
+  Traced subject;
+  for (auto _ : state) {
+    std::ostringstream out;
+    boards::write_pcapng(out, subject.trace, "benchmark");
+  }
+}
+BENCHMARK(BusTraceCapture)->Unit(benchmark::kMillisecond);
+
+// What keeping a transfer adds to it.
+void BusTraceTransfer(benchmark::State& state) {
+  Traced subject;
+  if (state.range(0) == 0) subject.trace.stop();
+  std::uint8_t packet[] = {1, 0x88, 1, 5};
+  std::size_t transferred = 0;
+  for (auto _ : state) subject.board.WDU_Transfer(0, boards::pipe_i2c_out, false, packet, transferred);
+}
+BENCHMARK(BusTraceTransfer)->ArgName("open")->Arg(0)->Arg(1);
 
 }  // namespace
 }  // namespace varzelin::benchmarks
