@@ -1,6 +1,7 @@
 #include "window/look.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QIcon>
 #include <QPixmap>
 #include <array>
@@ -43,6 +44,8 @@ QString lamp_words(forms::Color color) {
 void set_look(QApplication& application) {
   QApplication::setStyle("fusion");
   QApplication::setApplicationName(varzelin::application_title);
+  // Each program's desktop file has the program's name.
+  QApplication::setDesktopFileName(QFileInfo(QApplication::applicationFilePath()).fileName());
   QPixmap icon(64, 64);
   icon.fill(Qt::transparent);
   QPainter painter(&icon);
