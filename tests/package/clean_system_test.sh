@@ -51,9 +51,11 @@ make_system() {
   apt-config dump | grep -E '^Acquire::(http|https|Check-)' > "$root/etc/apt/apt.conf.d/host" || true
   cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
   in_system useradd visitor
-  in_system apt-get -qq update
-  in_system apt-get -qq --no-install-recommends -y satisfy "$(dpkg-deb -f "$deb" Depends)"
-  in_system apt-get clean
+  {
+    in_system apt-get -qq update &&
+    in_system apt-get -qq --no-install-recommends -y satisfy "$(dpkg-deb -f "$deb" Depends)" &&
+    in_system apt-get clean
+  } > "$cache/satisfy.log" 2>&1 || fail "the package's dependencies can't be had: $(tail -n 5 "$cache/satisfy.log")"
   find "$root/var/lib/apt/lists" -type f -delete
 }
 # Its name tells what it was made from.
@@ -62,7 +64,7 @@ saved=$cache/$made_from.tar.zst
 if [ -f "$saved" ]; then
   tar -C "$root" -xf "$saved"
 else
-  make_system > "$cache/make_system.log" 2>&1 || { status=$?; tail -n 5 "$cache/make_system.log"; exit $status; }
+  make_system
   rm -f "$cache"/*.tar.zst
   tar -C "$root" -cf "$saved.part" -I 'zstd -1 -T0' --one-file-system .
   mv "$saved.part" "$saved"
@@ -99,6 +101,8 @@ in_system apt-get -y --no-install-recommends install /tmp/package.deb > "$cache/
 grep -q '^0 upgraded, 1 newly installed, 0 to remove' "$cache/install.log" ||
   fail "more than the package was installed: $(cat "$cache/install.log")"
 expect_udev_told "At its installation"
+grep -q 'ATTR{idVendor}=="7a53", ATTR{idProduct}=="2005", TAG+="uaccess"' "$root"/usr/lib/udev/rules.d/*-varzelin-als.rules ||
+  fail "no udev rule for the board"
 share=$root/usr/share
 desktop-file-validate "$share"/applications/*.desktop || fail "the menu entries"
 appstreamcli validate --no-net "$share"/metainfo/*.xml > "$cache/metainfo.log" || fail "$(cat "$cache/metainfo.log")"

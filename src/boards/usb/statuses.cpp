@@ -15,8 +15,8 @@ std::string advice(Status status) {
       return ". This user may not open the board. The udev rule 70-varzelin-als.rules gives it to whoever is "
              "logged in at the machine, which nobody is over ssh. The program's package brings the rule. A "
              "program without the package needs, in the project's folder, "
-             "\"sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/ && sudo udevadm control --reload\"; then "
-             "plug the board in again";
+             "\"sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/ && sudo udevadm control --reload\". "
+             "Then plug the board in again";
     case LIBUSB_ERROR_BUSY:
       return ". Another program holds the board; leave that program and try again";
     case LIBUSB_ERROR_NO_DEVICE:
