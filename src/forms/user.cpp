@@ -53,8 +53,8 @@ void enter(TextBox& box) {
   type(box, "\r");
 }
 
-void fill(TextBox& box, std::string text) {
-  box.Text = std::move(text);
+void fill(TextBox& box, const std::string& text) {
+  box.Text = text;
 }
 
 void leave(Control& control) {

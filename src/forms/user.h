@@ -29,7 +29,7 @@ void type(TextBox& box, std::string_view text);
 // The Enter key, which enters no character in a single line.
 void enter(TextBox& box);
 // Replaces the text, as a user who types over it.
-void fill(TextBox& box, std::string text);
+void fill(TextBox& box, const std::string& text);
 void leave(Control& control);
 void focus(Control& control);
 void scroll(ScrollBar& bar, int value);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QBoxLayout>
+#include <QLabel>
 #include <QString>
 #include <initializer_list>
 #include <map>
@@ -14,7 +15,6 @@
 
 class QGridLayout;
 class QGroupBox;
-class QLabel;
 class QWidget;
 
 namespace window {
