@@ -3,7 +3,8 @@
 namespace usb_testing {
 namespace {
 
-constexpr boards::MatchRow match{0x7A53, 0x2005};
+constexpr boards::MatchRow match{BridgeDevice::vendor, BridgeDevice::product};
+constexpr std::uint8_t bulk = 2;
 constexpr std::size_t longest_answer = 512;
 
 }  // namespace
@@ -13,13 +14,17 @@ BridgeDevice::BridgeDevice() {
 }
 
 BridgeDevice::Bytes BridgeDevice::descriptors() {
+  const auto low = [](std::uint16_t word) { return static_cast<std::uint8_t>(word & 0xFF); };
+  const auto high = [](std::uint16_t word) { return static_cast<std::uint8_t>(word >> 8); };
+  // clang-format off
   Bytes bytes{
-      18, 1, 0x00, 0x02, 0, 0,    0, 64,   0x53, 0x7A, 0x05, 0x20, 0x00, 0x01, 0, 0, 0, 1,  // device
-      9,  2, 46,   0,    1, 1,    0, 0x80, 50,                                              // configuration
-      9,  4, 0,    0,    4, 0xFF, 0, 0,    0,                                               // interface
+      18, 1, 0x00, 0x02, 0, 0, 0, max_packet,                                     // device
+      low(vendor), high(vendor), low(product), high(product), 0x00, 0x01, 0, 0, 0, 1,
+      9, 2, 46, 0, 1, 1, 0, 0x80, 50,                                             // configuration
+      9, 4, 0, 0, pipes.size(), 0xFF, 0, 0, 0,                                    // interface
   };
-  for (const std::uint8_t pipe : std::initializer_list<std::uint8_t>{0x01, 0x81, 0x02, 0x82})
-    bytes.insert(bytes.end(), {7, 5, pipe, 2, 64, 0, 0});
+  // clang-format on
+  for (const std::uint8_t pipe : pipes) bytes.insert(bytes.end(), {7, 5, pipe, bulk, max_packet, 0, 0});
   return bytes;
 }
 

@@ -2,6 +2,8 @@
 // with their stalls, and the simulated board behind them. Not for several threads at a time.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -15,6 +17,12 @@ namespace usb_testing {
 class BridgeDevice {
  public:
   using Bytes = std::vector<std::uint8_t>;
+
+  static constexpr std::uint16_t vendor = 0x7A53;
+  static constexpr std::uint16_t product = 0x2005;
+  static constexpr std::uint8_t max_packet = 64;
+  static constexpr std::array<std::uint8_t, 4> pipes{boards::pipe_gpio_out, boards::pipe_gpio_in,
+                                                     boards::pipe_i2c_out, boards::pipe_i2c_in};
 
   // A bulk transfer that the host wants.
   struct Transfer {
@@ -39,7 +47,7 @@ class BridgeDevice {
 
   // Device descriptor, then configuration descriptor, as the kernel's file has them.
   static Bytes descriptors();
-  static bool has_pipe(std::int32_t pipe) { return (pipe & 0x7F) == 1 || (pipe & 0x7F) == 2; }
+  static bool has_pipe(std::int32_t pipe) { return std::ranges::find(pipes, pipe) != pipes.end(); }
   static bool to_host(std::int32_t pipe) { return (pipe & 0x80) != 0; }
 
   // What stands behind the USB; sensors are mounted there.

@@ -1,0 +1,68 @@
+# Who may open the board: nobody but root without the project's rule; with it who sits at the machine, or, in
+# the other form that the documents tell of, a group.
+refused() { # USER
+  open_console "$1"
+  choose_the_model
+  lamp_is "$red"
+  check "$1 is told that access is denied" advised "Access denied (insufficient permissions)"
+  close_console
+}
+let_in() { # USER
+  open_console "$1"
+  choose_the_model
+  set_the_mode
+  lamp_is "$green"
+  check "$1 is told nothing" not_advised
+  close_console
+}
+not_tagged() { ! tagged; }
+
+start_udev
+board mount KVT71346/7
+sits 1000
+
+topic "Without the rule"
+plug
+check "the board has no tag" not_tagged
+open_console engineer
+choose_the_model
+set_the_mode
+lamp_is "$red"
+expect "get frmKVT71346.Visible" "ok true"
+check "it is logged" log_has "Access denied (insufficient permissions)"
+check "the advice names the rule's command" advised \
+  "sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/ && sudo udevadm control --reload"
+check "the advice comes once" [ "$(wc -l </tmp/console/advice)" -eq 1 ]
+
+topic "As the advice says, while the program runs on"
+install_rule
+unplug
+plug
+check "the board is tagged" tagged
+set_the_mode
+lamp_is "$green"
+close_console
+
+topic "Another user"
+refused visitor
+
+topic "Another device"
+unplug
+plug 2006
+check "the device has no tag" not_tagged
+
+topic "Nobody sits at the machine"
+unplug
+nobody_sits
+plug
+check "the board is tagged" tagged
+refused engineer
+
+topic "The group's rule"
+unplug
+sed 's/TAG+="uaccess"/MODE="0660", GROUP="plugdev"/' /guest/70-varzelin-als.rules >/tmp/group.rules
+check "the rule is another one" grep -q plugdev /tmp/group.rules
+install_rule /tmp/group.rules
+plug
+refused engineer
+let_in visitor
