@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <iterator>
-#include <stdexcept>
+#include <new>
+#include <utility>
 
 namespace usb_testing {
 namespace {
@@ -25,6 +25,18 @@ std::size_t endpoint_index(std::int32_t pipe) {
 
 RedirectedBoard::RedirectedBoard(int socket) : socket_(socket), parser_(usbredirparser_create()) {
   if (!parser_) throw std::bad_alloc();
+  answer_calls();
+  std::uint32_t capabilities[USB_REDIR_CAPS_SIZE] = {};
+  for (const int each :
+       {usb_redir_cap_connect_device_version, usb_redir_cap_device_disconnect_ack,
+        usb_redir_cap_ep_info_max_packet_size, usb_redir_cap_64bits_ids, usb_redir_cap_32bits_bulk_length}) {
+    usbredirparser_caps_set_cap(capabilities, each);
+  }
+  usbredirparser_init(parser_.get(), "evaluation board", capabilities, USB_REDIR_CAPS_SIZE,
+                      usbredirparser_fl_usb_host);
+}
+
+void RedirectedBoard::answer_calls() {
   parser_->priv = this;
   parser_->log_func = [](void*, int level, const char* text) {
     if (level <= usbredirparser_warning) std::fprintf(stderr, "board: %s\n", text);
@@ -74,15 +86,6 @@ RedirectedBoard::RedirectedBoard(int socket) : socket_(socket), parser_(usbredir
     usbredirparser_free_packet_data(board.parser_.get(), data);
     if (board.on_the_bus()) board.bulk(id, *header, std::move(sent));
   };
-
-  std::uint32_t capabilities[USB_REDIR_CAPS_SIZE] = {};
-  for (const int each :
-       {usb_redir_cap_connect_device_version, usb_redir_cap_device_disconnect_ack,
-        usb_redir_cap_ep_info_max_packet_size, usb_redir_cap_64bits_ids, usb_redir_cap_32bits_bulk_length}) {
-    usbredirparser_caps_set_cap(capabilities, each);
-  }
-  usbredirparser_init(parser_.get(), "evaluation board", capabilities, USB_REDIR_CAPS_SIZE,
-                      usbredirparser_fl_usb_host);
 }
 
 // ---- The socket

@@ -23,9 +23,9 @@ class RedirectedBoard {
   void plug(std::uint16_t product = BridgeDevice::product);
   void unplug();
 
-  // Reads what has come and answers it. False: QEMU has gone.
+  // Reads what has come, and sends what can be sent without waiting. False: QEMU has gone.
   bool serve();
-  // Sends what couldn't be sent yet.
+  // Something is still to be sent.
   bool has_to_write() const { return usbredirparser_has_data_to_write(parser_.get()) > 0; }
 
  private:
@@ -40,6 +40,7 @@ class RedirectedBoard {
     bool hangs;
   };
 
+  void answer_calls();
   int read(std::uint8_t* data, int count);
   int write(const std::uint8_t* data, int count);
   void send_connect();

@@ -17,7 +17,8 @@ check() {
   shift
   if "$@"; then passed "$what"; else failed "$what ($*)"; fi
 }
-matches() { case "$1" in $2) ;; *) return 1 ;; esac; }
+matches() { case "$1" in $2) ;; *) return 1 ;; esac; } # TEXT PATTERN
+lacks() { ! matches "$@"; }
 end_journey() {
   [ $console -eq 0 ] || close_console
   [ $failures -eq 0 ] || dmesg | tail -n 20
@@ -33,7 +34,7 @@ board() {
   read -r -t 10 answer <&5
   [ "$answer" = ok ] || failed "board $* ($answer)"
 }
-device() { grep -l 7a53 /sys/bus/usb/devices/*/idVendor 2>/dev/null | sed 's,/idVendor,,'; }
+port=/sys/bus/usb/devices/1-1
 # comes WHAT COMMAND...: the command has to succeed within five seconds.
 comes() {
   what=$1
@@ -44,14 +45,13 @@ comes() {
   done
   failed "$what"
 }
-tagged() { udevadm info --query=property --property=TAGS --value --path="$(device)" | grep -q :uaccess:; }
-is_in() { [ -n "$(device)" ]; }
-is_out() { [ -z "$(device)" ]; }
-# Plugs in and waits until the system is done with it.
+tagged() { udevadm info --query=property --property=TAGS --value --path=$port | grep -q :uaccess:; }
+is_in() { [ -e $port/idVendor ]; }
+is_out() { [ ! -e $port ]; }
+# Plugs in and waits until udev has taken note of it, and then until it has done all that its rules say.
 plug() {
   board plug "$@"
-  comes "the kernel sees the board" is_in
-  udevadm settle --timeout=10
+  udevadm wait --timeout=10 --settle $port || failed "udev is done with the board"
 }
 unplug() {
   board unplug
@@ -60,15 +60,15 @@ unplug() {
 
 # ---- udev
 
+# A udevd that is still starting may miss a reload: put a rule that it is to know from the start there before.
 start_udev() {
   /lib/systemd/systemd-udevd --daemon
   udevadm trigger --action=add --subsystem-match=usb
-  udevadm settle --timeout=10
+  udevadm wait --timeout=10 --settle /sys/bus/usb/devices/usb1 /sys/bus/usb/devices/usb2 ||
+    failed "udev is up"
 }
-install_rule() {
-  cp "${1:-/guest/70-varzelin-als.rules}" /etc/udev/rules.d/70-varzelin-als.rules
-  udevadm control --reload
-}
+put_rule() { cp "$1" /etc/udev/rules.d/70-varzelin-als.rules; }
+project_rule=/guest/70-varzelin-als.rules
 # Who sits at the machine, as logind writes it down for udev. Without a number: nobody.
 sits() {
   mkdir -p /run/systemd/seats
@@ -82,7 +82,8 @@ open_console() { # USER
   rm -rf /tmp/console
   mkdir -m 777 /tmp/console
   mkfifo -m 666 /tmp/console/in /tmp/console/out
-  su "$1" -c 'exec varzelin-als-console --board usb' </tmp/console/in >/tmp/console/out 2>/tmp/console/advice &
+  su "$1" -c 'exec varzelin-als-console --board usb' \
+    </tmp/console/in >/tmp/console/out 2>/tmp/console/advice &
   console=$!
   exec 3>/tmp/console/in 4</tmp/console/out
 }
@@ -116,7 +117,10 @@ log_has() {
 }
 # In what the program told the user on standard error.
 advised() { grep -qF "$1" /tmp/console/advice; }
-not_advised() { [ ! -s /tmp/console/advice ]; }
+not_advised() {
+  cat /tmp/console/advice
+  [ ! -s /tmp/console/advice ]
+}
 # becomes NAME PATTERN: a property gets such a value within five seconds of the program's running on.
 becomes() {
   for _ in $(seq 500); do

@@ -15,6 +15,10 @@ let_in() { # USER
   check "$1 is told nothing" not_advised
   close_console
 }
+install_rule() {
+  put_rule "$1"
+  udevadm control --reload
+}
 not_tagged() { ! tagged; }
 
 start_udev
@@ -35,7 +39,7 @@ check "the advice names the rule's command" advised \
 check "the advice comes once" [ "$(wc -l </tmp/console/advice)" -eq 1 ]
 
 topic "As the advice says, while the program runs on"
-install_rule
+install_rule $project_rule
 unplug
 plug
 check "the board is tagged" tagged
@@ -60,7 +64,7 @@ refused engineer
 
 topic "The group's rule"
 unplug
-sed 's/TAG+="uaccess"/MODE="0660", GROUP="plugdev"/' /guest/70-varzelin-als.rules >/tmp/group.rules
+sed 's/TAG+="uaccess"/MODE="0660", GROUP="plugdev"/' $project_rule >/tmp/group.rules
 check "the rule is another one" grep -q plugdev /tmp/group.rules
 install_rule /tmp/group.rules
 plug
