@@ -57,7 +57,7 @@ struct Traced {
     trace.start();
     std::uint8_t packet[] = {1, 0x88, 1, 5};
     std::size_t transferred = 0;
-    for (std::size_t i = 0; i < boards::BusTrace::most_transfers; ++i) {
+    for (std::size_t i = 0; i < boards::Transfers::most; ++i) {
       packet[3] = static_cast<std::uint8_t>(i);
       board.WDU_Transfer(0, boards::pipe_i2c_out, false, packet, transferred);
     }

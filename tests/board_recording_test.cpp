@@ -135,6 +135,8 @@ TEST(BoardRecording, ReplaysTheSameToTheSameProgram) {
   EXPECT_EQ(host.seen, recorded.seen);
   EXPECT_FALSE(replay.difference());
   EXPECT_TRUE(replay.at_end());
+  replay.end();
+  EXPECT_FALSE(replay.difference());
   EXPECT_EQ(replay.board_name(), "simulated board, replayed");
 }
 

@@ -6,6 +6,7 @@
 
 #include "boards/trace/pcapng.h"
 #include "simulated_board_fixture.h"
+#include "support/fake_driver.h"
 #include "support/temporary_folder.h"
 
 namespace boards {
@@ -21,10 +22,11 @@ class BusTraceCapture : public SimulatedBoardTest {
   void SetUp() override {
     if (std::system("tshark --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "tshark is not installed";
   }
+  std::string tshark(const std::string& options) { return tshark(trace, options); }
   // What tshark prints of the saved trace, its complaints included. "FAILED" in the last line: it did.
-  std::string tshark(const std::string& options) {
+  std::string tshark(const BusTrace& saved, const std::string& options) {
     std::ofstream file(folder.path("trace.pcapng"), std::ios::binary);
-    write_pcapng(file, trace, "Varzelin ALS Demonstration");
+    write_pcapng(file, saved, "Varzelin ALS Demonstration");
     file.close();
     const std::string command = "HOME=" + folder.path() + " TZ=UTC tshark -r " + folder.path("trace.pcapng") +
                                 " --log-level warning " + options + " 2>&1";
@@ -70,6 +72,24 @@ TEST_F(BusTraceCapture, SubmissionAndCompletionFindEachOther) {
             "1  \n2 1 0.000370000\n3  \n4 3 0.000280000\n");
 }
 
+TEST_F(BusTraceCapture, TimeDirectionAndDataAreAsUsbmonSaysThem) {
+  clock.pass(std::chrono::microseconds(1500));
+  i2c({2, 0x89, 0});
+  i2c_reply(3);
+  EXPECT_EQ(tshark("-T fields -E separator=' ' -e usb.urb_ts_sec -e usb.urb_ts_usec -e usb.data_flag "
+                   "-e usb.setup_flag -e usb.copy_of_transfer_flags"),
+            "1227621787 1500 '\\0' '-' 0x00000000\n1227621787 1870 '>' '-' 0x00000000\n"
+            "1227621787 1870 '<' '-' 0x00000200\n1227621787 2150 '\\0' '-' 0x00000200\n");
+}
+
+TEST_F(BusTraceCapture, WhatWasNeverOnTheUsbIsNotInIt) {
+  receive(pipe_i2c_out, 2);
+  i2c({0, 0x88, 1});
+  device = 0;
+  i2c_reply(2);
+  EXPECT_EQ(tshark("-T fields -e usb.urb_id"), "0x0000000000000002\n0x0000000000000002\n");
+}
+
 TEST_F(BusTraceCapture, FailuresKeepTheirStatus) {
   i2c_reply(2);
   board.fail_transfers(1, statuses::transfer_failed);
@@ -89,6 +109,17 @@ TEST_F(BusTraceCapture, TheFileSaysWhereItIsFrom) {
   i2c({0, 0x88, 0x55});
   EXPECT_EQ(tshark("-T fields -e frame.interface_name -e frame.encap_type"),
             "simulated board\t115\nsimulated board\t115\n");
+}
+
+TEST_F(BusTraceCapture, TheBoardIsWhereLsusbShowsIt) {
+  varzelin::testing::FakeDriver placed;
+  placed.place = UsbPlace{.bus = 3, .device = 17};
+  BusTrace of_placed(placed, clock);
+  of_placed.start();
+  std::uint8_t packet[] = {0, 0x88, 1};
+  std::size_t transferred = 0;
+  placed.WDU_Transfer(placed.device_handle, pipe_i2c_out, false, packet, transferred);
+  EXPECT_EQ(tshark(of_placed, "-T fields -e usb.bus_id -e usb.device_address"), "3\t17\n3\t17\n");
 }
 
 TEST_F(BusTraceCapture, AnEmptyTraceIsAFileWithoutPackets) {

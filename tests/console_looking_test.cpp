@@ -219,7 +219,7 @@ class ConsoleCallLog : public testing::Test {
     const std::vector<std::uint8_t> bytes(3, data);
     for (std::size_t i = 0; i < times; ++i) {
       log_.call_begins();
-      log_.call_ended({"WDU_Transfer", 0, true, 2, bytes, bytes});
+      log_.call_ended({"WDU_Transfer", 0, true, 2, false, bytes, bytes});
     }
   }
   std::string packets() { return written(&console::CallLog::write_packets); }

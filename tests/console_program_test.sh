@@ -46,6 +46,8 @@ choose='click frmStartup.cboDeviceSelect 0\nget frmKVT71346.Visible\n'
 expect 0 'ok\nok true' "$choose" --record "$recording"
 expect 0 'ok\nok true\nerror no simulated board' "$choose"'board clear\n' --board "replay=$recording"
 expect_errors 0
+expect 3 'ok' 'quit\n' --board "replay=$recording"
+expect_errors 1
 sed -i /WDU_ResetDevice/d "$recording"
 expect 3 'ok\nok true' "$choose" --board "replay=$recording"
 expect_errors 1

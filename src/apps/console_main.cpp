@@ -61,8 +61,10 @@ int run(const console::Options& options) {
     run_console(*clock, recording, bench);
     if (!file) return fail(recording_failed, "the recording could not be written whole");
   }
-  const auto* replay = dynamic_cast<boards::ReplayingBoard*>(board.get());
-  return replay && replay->difference() ? recording_failed : success;
+  auto* replay = dynamic_cast<boards::ReplayingBoard*>(board.get());
+  if (!replay) return success;
+  replay->end();
+  return replay->difference() ? recording_failed : success;
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ Status Driver::WDU_Transfer(Handle device, std::int32_t pipe, bool read, std::sp
   if (observer) observer->call_begins();
   const Status status = do_transfer(device, pipe, read, buffer, transferred);
   if (observer) {
-    observer->call_ended({"WDU_Transfer", status, true, pipe, buffer, buffer.first(transferred)});
+    observer->call_ended({"WDU_Transfer", status, true, pipe, read, buffer, buffer.first(transferred)});
   }
   return status;
 }

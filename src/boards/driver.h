@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -92,6 +93,7 @@ struct CallRecord {
   Status status;
   bool transfer = false;  // the fields below are of a transfer
   std::int32_t pipe = 0;
+  bool read = false;                       // asked for as a read; a driver may refuse that on this pipe
   std::span<const std::uint8_t> buffer{};  // all that was asked for; of a write also what didn't go through
   std::span<const std::uint8_t> data{};    // the bytes of it that went through
 };
@@ -130,8 +132,9 @@ class Driver {
   // For captures: how Linux reports a USB transfer that ended so, 0 or a negative errno. A driver that
   // doesn't know better says protocol error.
   virtual std::int32_t urb_status(Status status) const;
-  // For captures: where the board in use is.
-  virtual UsbPlace usb_place() const { return {}; }
+  // For captures: where the board is that the last transfer went to. None: it was refused before it
+  // reached a board.
+  virtual std::optional<UsbPlace> transfer_place() const { return UsbPlace{}; }
 
   // Delivers waiting attach and detach notifications. The message loop calls it once a turn, so it
   // has to be cheap when nothing waits.
@@ -146,11 +149,11 @@ class Driver {
 
   Observer* observer = nullptr;  // not owned; may be null
 
-  // What the user should be told once in a message box, e.g. how to get access to the board. Called
-  // from deliver_notifications(); may be empty.
+  // What the user should be told once in a message box, e.g. how to get access to the board. May come
+  // from inside any call; may be empty.
   std::function<void(const std::string& text)> on_advice;
-  // What the program's log should say about the boards that no status tells. Called at the same place;
-  // may be empty.
+  // What the program's log should say about the boards that no status tells. Called from
+  // deliver_notifications(); may be empty.
   std::function<void(const std::string& text)> on_remark;
 
  protected:

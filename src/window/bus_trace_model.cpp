@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "boards/trace/packet_words.h"
 #include "window/look.h"
@@ -32,25 +33,30 @@ constexpr QColor failure_color(0xB0, 0x10, 0x10);
 
 // ---- In step with the trace
 
-void BusTraceModel::update() {
-  drop_what_went();
-  if (!held_) add_what_came();
+int BusTraceModel::update() {
+  if (held_) return 0;
+  const int gone = drop_what_went();
+  add_what_came();
+  return gone;
 }
 
-void BusTraceModel::drop_what_went() {
-  const auto first_kept = std::ranges::lower_bound(shown_, trace_.first_number());
-  if (first_kept == shown_.begin()) return;
-  beginRemoveRows({}, 0, static_cast<int>(first_kept - shown_.begin()) - 1);
+int BusTraceModel::drop_what_went() {
+  const auto first_kept = std::ranges::lower_bound(shown_, transfers().first_number());
+  const int gone = static_cast<int>(first_kept - shown_.begin());
+  if (gone == 0) return 0;
+  beginRemoveRows({}, 0, gone - 1);
   shown_.erase(shown_.begin(), first_kept);
   endRemoveRows();
+  return gone;
 }
 
 void BusTraceModel::add_what_came() {
   std::vector<std::uint64_t> coming;
-  for (std::uint64_t number = first_unseen(); number < trace_.next_number(); ++number) {
-    if (passes(*trace_.find(number))) coming.push_back(number);
+  for (std::uint64_t number = std::max(seen_, transfers().first_number()); number < transfers().next_number();
+       ++number) {
+    if (passes(*transfers().find(number))) coming.push_back(number);
   }
-  seen_ = trace_.next_number();
+  seen_ = transfers().next_number();
   if (coming.empty()) return;
   const int row = rowCount();
   beginInsertRows({}, row, row + static_cast<int>(coming.size()) - 1);
@@ -59,24 +65,51 @@ void BusTraceModel::add_what_came() {
 }
 
 void BusTraceModel::hold(bool held) {
-  held_ = held;
-  update();
+  if (held) {
+    update();
+    held_ = trace_.transfers();
+  } else {
+    beginResetModel();
+    held_.reset();
+    show_all_anew();
+    endResetModel();
+  }
 }
 
-void BusTraceModel::set_filter(Filter filter) {
-  const std::uint64_t end = held_ ? seen_ : trace_.next_number();
+void BusTraceModel::clear() {
   beginResetModel();
-  filter_ = std::move(filter);
-  shown_.clear();
-  for (std::uint64_t number = trace_.first_number(); number < end; ++number) {
-    if (passes(*trace_.find(number))) shown_.push_back(number);
-  }
-  seen_ = end;
+  if (held_) held_ = trace_.transfers();
+  show_all_anew();
   endResetModel();
 }
 
+void BusTraceModel::set_filter(Filter filter) {
+  beginResetModel();
+  filter_ = std::move(filter);
+  show_all_anew();
+  endResetModel();
+}
+
+void BusTraceModel::show_all_anew() {
+  shown_.clear();
+  for (std::size_t i = 0; i < transfers().size(); ++i) {
+    if (passes(transfers()[i])) shown_.push_back(transfers()[i].number);
+  }
+  seen_ = transfers().next_number();
+}
+
+std::uint64_t BusTraceModel::behind() const {
+  if (!held_) return 0;
+  return trace_.transfers().next_number() - held_->next_number() - lost();
+}
+
+std::uint64_t BusTraceModel::lost() const {
+  const std::uint64_t first = trace_.transfers().first_number();
+  return held_ && first > held_->next_number() ? first - held_->next_number() : 0;
+}
+
 bool BusTraceModel::failed(const boards::Transfer& transfer) const {
-  return transfer.status != boards::success || boards::is_refusal(transfer, trace_.request_of(transfer));
+  return transfer.status != boards::success || boards::is_refusal(transfer, transfers().request_of(transfer));
 }
 
 bool BusTraceModel::passes(const boards::Transfer& transfer) const {
@@ -104,13 +137,13 @@ QString BusTraceModel::text(const boards::Transfer& transfer, int column) const 
     case Pipe:
       return QString::number(transfer.pipe, 16).rightJustified(2, '0').toUpper();
     case Direction:
-      return transfer.to_host() ? "in" : "out";
+      return transfer.read ? "in" : "out";
     case Bytes:
       return hex(transfer.bytes);
     case Status:
       return transfer.status == boards::success ? "0" : status_text(transfer);
     case Words:
-      return to_qt(boards::in_words(transfer, trace_.request_of(transfer)));
+      return to_qt(boards::in_words(transfer, transfers().request_of(transfer)));
     default:
       return {};
   }

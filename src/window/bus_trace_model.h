@@ -3,9 +3,9 @@
 
 #include <QAbstractTableModel>
 #include <QString>
-#include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <optional>
 
 #include "boards/trace/bus_trace.h"
 
@@ -24,13 +24,19 @@ class BusTraceModel final : public QAbstractTableModel {
   BusTraceModel(const boards::BusTrace& trace, QObject* parent)
       : QAbstractTableModel(parent), trace_(trace) {}
 
-  // Takes over what came and what was driven out since the last call. While it is held nothing comes,
-  // but what the trace doesn't keep any longer goes.
-  void update();
+  // Takes over what came and what was driven out since the last call; does nothing while the list is held.
+  // Returns how many rows went from the front.
+  int update();
+  // A held list stands still as it is, whatever the trace goes on to keep and to give up.
   void hold(bool held);
+  // Shows a trace that was cleared.
+  void clear();
   void set_filter(Filter filter);
-  // Transfers in the trace that came since it is held.
-  std::uint64_t behind() const { return trace_.next_number() - first_unseen(); }
+  // Transfers that the list shows, or would without a filter.
+  const boards::Transfers& transfers() const { return held_ ? *held_ : trace_.transfers(); }
+  // Of those that came since the list is held: how many the trace still has, and how many it gave up.
+  std::uint64_t behind() const;
+  std::uint64_t lost() const;
   // A row as text, the columns apart by tabs.
   QString row_text(int row) const;
 
@@ -41,19 +47,19 @@ class BusTraceModel final : public QAbstractTableModel {
 
  private:
   const boards::Transfer* transfer(int row) const {
-    return trace_.find(shown_[static_cast<std::size_t>(row)]);
+    return transfers().find(shown_[static_cast<std::size_t>(row)]);
   }
   QString status_text(const boards::Transfer& transfer) const;
   QString text(const boards::Transfer& transfer, int column) const;
   bool failed(const boards::Transfer& transfer) const;
   bool passes(const boards::Transfer& transfer) const;
-  std::uint64_t first_unseen() const { return std::max(seen_, trace_.first_number()); }
-  void drop_what_went();
+  int drop_what_went();
   void add_what_came();
+  void show_all_anew();
 
   const boards::BusTrace& trace_;
   Filter filter_;
-  bool held_ = false;
+  std::optional<boards::Transfers> held_;
   std::uint64_t seen_ = 1;           // number of the first transfer that wasn't looked at yet
   std::deque<std::uint64_t> shown_;  // numbers of the transfers, by row
 };

@@ -94,7 +94,9 @@ void BusTraceWindow::make_widgets() {
     made->setToolTip(tip);
     return made;
   };
-  pause_ = button("pause", "&Pause", "Holds the list; what comes meanwhile is shown afterwards");
+  pause_ =
+      button("pause", "&Pause",
+             "Holds the list as it is; the last 100,000 transfers that come meanwhile are shown afterwards");
   pause_->setCheckable(true);
   clear_ = button("clear", "&Clear", "Forgets all transfers up to now");
   save_ = button("save", "&Save as\u2026",
@@ -169,17 +171,30 @@ void BusTraceWindow::connect_widgets() {
 void BusTraceWindow::refresh() {
   const QScrollBar& bar = *list_->verticalScrollBar();
   const bool at_end = bar.value() == bar.maximum();
-  model_->update();
-  if (at_end) list_->scrollToBottom();
+  const int top = list_->rowAt(0);
+  const int gone = model_->update();
+  if (at_end) {
+    list_->scrollToBottom();
+  } else if (gone > 0) {
+    list_->scrollTo(model_->index(std::max(0, top - gone), 0), QAbstractItemView::PositionAtTop);
+  }
+  summary_->setText(summary());
+  save_->setEnabled(trace_.transfers().size() > 0);
+  clear_->setEnabled(trace_.transfers().size() > 0);
+}
 
-  QString text = counted(trace_.size()) + (trace_.size() == 1 ? " transfer" : " transfers");
-  const auto shown = static_cast<std::uint64_t>(model_->rowCount());
-  if (shown + model_->behind() != trace_.size()) text += ", " + counted(shown) + " shown";
-  if (trace_.size() == boards::BusTrace::most_transfers) text += ". The list is full: the oldest go";
-  if (pause_->isChecked()) text += ". Paused: " + counted(model_->behind()) + " more since";
-  summary_->setText(text + saved_);
-  save_->setEnabled(trace_.size() > 0);
-  clear_->setEnabled(trace_.size() > 0);
+QString BusTraceWindow::summary() const {
+  const std::size_t total = model_->transfers().size();
+  const auto shown = static_cast<std::size_t>(model_->rowCount());
+  QString text = counted(total) + (total == 1 ? " transfer" : " transfers");
+  if (shown != total) text += ", " + counted(shown) + " shown";
+  if (pause_->isChecked()) {
+    text += ". Paused: " + counted(model_->behind()) + " more since";
+    if (model_->lost() > 0) text += ", and " + counted(model_->lost()) + " that are lost";
+  } else if (total == boards::Transfers::most) {
+    text += ". The list is full: the oldest go";
+  }
+  return text + saved_;
 }
 
 void BusTraceWindow::filter() {
@@ -191,6 +206,7 @@ void BusTraceWindow::filter() {
 
 void BusTraceWindow::clear() {
   trace_.clear();
+  model_->clear();
   saved_.clear();
   refresh();
 }
@@ -218,7 +234,7 @@ void BusTraceWindow::save(const QString& path) {
   const bool saved = file.open(QIODevice::WriteOnly) &&
                      file.write(bytes.data(), static_cast<qint64>(bytes.size())) >= 0 && file.commit();
   if (saved) {
-    saved_ = ". " + counted(trace_.size()) + " saved in " + path;
+    saved_ = ". " + counted(trace_.transfers().size()) + " saved in " + path;
     refresh();
     return;
   }

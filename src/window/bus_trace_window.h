@@ -21,7 +21,6 @@ class BusTraceWindow final : public QWidget {
   // Both outlive this.
   BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, const QString& title_suffix);
 
-  const boards::BusTrace& trace() const { return trace_; }
   // Brings the list in step; happens by itself while the window is on screen.
   void refresh();
 
@@ -34,6 +33,7 @@ class BusTraceWindow final : public QWidget {
   void arrange();
   void connect_widgets();
   void show_columns();
+  QString summary() const;
   void filter();
   void clear();
   void ask_where_to_save();

@@ -15,6 +15,7 @@ class FakeDriver final : public boards::Driver {
   static constexpr boards::Handle device_handle = 0x2A;
 
   boards::DeviceInfo info{.vendor_id = 0x7A53, .product_id = 0x2005, .configurations = {}};
+  std::optional<boards::UsbPlace> place = boards::UsbPlace{};
   std::map<std::string, boards::Status> fails;                       // by the operation's name
   std::vector<std::pair<std::int32_t, std::int32_t>> set_interface;  // interface, alternate
   std::vector<std::int32_t> reset_pipes;
@@ -28,6 +29,7 @@ class FakeDriver final : public boards::Driver {
     events_.attach(device_handle, info);
   }
   std::string board_name() const override { return "fake"; }
+  std::optional<boards::UsbPlace> transfer_place() const override { return place; }
 
  private:
   boards::Status status(const char* call) const {

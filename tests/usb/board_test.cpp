@@ -1,12 +1,13 @@
 // The USB board's session and notifications, on the real libusb.
-#include "usb/board_fixture.h"
-
 #include <libusb.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <ctime>
+
+#include "boards/usb/statuses.h"
+#include "usb/board_fixture.h"
 
 using namespace boards;
 
@@ -114,7 +115,9 @@ TEST_F(UsbSession, ABoardInOtherHandsIsToldWithTheReason) {
   EXPECT_EQ(driver.VB_Stat2Str(interface_status),
             "Resource busy. Another program holds the board; leave that program and try again");
   EXPECT_EQ(advices, std::vector{driver.VB_Stat2Str(LIBUSB_ERROR_BUSY)});
-  EXPECT_EQ(i2c({0, 0x88, 0}), LIBUSB_ERROR_NO_DEVICE);
+  EXPECT_EQ(i2c({0, 0x88, 0}), LIBUSB_ERROR_BUSY);
+  device = 0;
+  EXPECT_EQ(i2c({0, 0x88, 0}), LIBUSB_ERROR_BUSY);
 
   open_session();
   driver.deliver_notifications();
@@ -142,6 +145,43 @@ TEST_F(UsbSession, DeniedAccessNamesTheRule) {
   EXPECT_EQ(text.find("Access denied (insufficient permissions)"), 0u);
   EXPECT_NE(text.find("sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/"), std::string::npos);
   EXPECT_EQ(advices, std::vector{text});
+}
+
+TEST_F(UsbSession, ASessionThatSawNoBoardSaysSoOnce) {
+  for (int i = 0; i < 2; ++i) {
+    open_session();
+    driver.deliver_notifications();
+    EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
+    EXPECT_EQ(advices, std::vector<std::string>{usb::no_board_text});
+  }
+}
+
+TEST_F(UsbSession, APulledPlugIsTold) {
+  connect();
+  usb.unplug(board);
+  ASSERT_TRUE(comes([&] { return detached.size() == 1; }));
+  EXPECT_EQ(advices, std::vector<std::string>{usb::unplugged_text});
+  EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
+  EXPECT_EQ(advices.size(), 1u);
+}
+
+TEST_F(UsbSession, APlugPulledWithinATransferIsTold) {
+  connect();
+  board.pull_within_transfer(0);
+  EXPECT_EQ(i2c_reply(2).status, LIBUSB_ERROR_NO_DEVICE);
+  driver.deliver_notifications();
+  EXPECT_EQ(advices, std::vector<std::string>{usb::unplugged_text});
+}
+
+TEST_F(UsbSession, TheNumberOfBoardsIsToldAlsoWhenTheFirstIsRefused) {
+  board.refuse_claims(EBUSY);
+  usb.plug(board);
+  usb.plug(other_board);
+  open_session();
+  driver.deliver_notifications();
+  EXPECT_EQ(interface_status, LIBUSB_ERROR_BUSY);
+  ASSERT_EQ(remarks.size(), 1u);
+  EXPECT_EQ(remarks[0].find("2 boards are plugged in."), 0u);
 }
 
 TEST_F(UsbSession, OfTwoBoardsTheFirstIsUsedAndTheNumberTold) {
@@ -231,9 +271,8 @@ TEST_F(UsbDevice, UnplugIsNotifiedAndTheHandleIsStale) {
   EXPECT_EQ(driver.WDU_ResetDevice(device), LIBUSB_ERROR_NO_DEVICE);
   EXPECT_EQ(driver.WDU_ResetPipe(device, pipe_i2c_in), LIBUSB_ERROR_NO_DEVICE);
   EXPECT_EQ(i2c_reply(2).status, LIBUSB_ERROR_NO_DEVICE);
-  EXPECT_EQ(
-      driver.VB_Stat2Str(LIBUSB_ERROR_NO_DEVICE),
-      "No such device (it may have been disconnected). Plug the board in; the program finds it by itself");
+  EXPECT_EQ(driver.VB_Stat2Str(LIBUSB_ERROR_NO_DEVICE),
+            "No such device (it may have been disconnected). Plug the board in; the next connect finds it");
   EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
 }
 

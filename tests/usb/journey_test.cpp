@@ -62,6 +62,13 @@ struct UsbJourney : ::testing::Test {
   bool logged(std::string_view text) {
     return program.forms.touch<frmI2C_General>().Txtlog.Text.get().find(text) != std::string::npos;
   }
+  // Lets the program run until it does, for five seconds at most.
+  bool attached_becomes(bool attached) {
+    const double give_up = clock.milliseconds() + 5000;
+    while ((store.Usb_Attached != 0) != attached && clock.milliseconds() < give_up)
+      program.runtime.DoEvents();
+    return (store.Usb_Attached != 0) == attached;
+  }
   bool all_good() const {
     return std::ranges::all_of(recorder.packets, [](auto& each) { return each.status == 0; });
   }
@@ -107,6 +114,38 @@ TEST_F(UsbJourney, ABoardInOtherHandsIsInTheLogWithTheReason) {
   EXPECT_TRUE(panel->visible());
   EXPECT_TRUE(logged("DeviceAttach: WDU_SetInterface failed\r\n(num. 0 alternate 0)"));
   EXPECT_TRUE(logged("error &HFFFFFFFA\r\n(Resource busy. Another program holds the board"));
+  EXPECT_FALSE(logged("No such device"));
+}
+
+// The system tells of a board before it has configured it.
+TEST_F(UsbJourney, AConnectWaitsForABoardThatIsNotConfiguredYet) {
+  board.refuse_claims(ENOENT, 3);
+  plug();
+  choose_the_model();
+  EXPECT_TRUE(logged("DeviceAttach: Received and accepted attach"));
+  EXPECT_FALSE(logged("failed"));
+}
+
+TEST_F(UsbJourney, AfterAReplugInAManualConnectionThePanelNeedsANewOne) {
+  plug();
+  choose_the_model();
+  auto& workbench = program.forms.touch<frmI2C_General>();
+  workbench.ChKManUsbConn.Value = 1;
+  click(workbench.cmdUSBConnect);
+  usb.unplug(board);
+  EXPECT_TRUE(attached_becomes(false));
+  plug();
+  EXPECT_TRUE(attached_becomes(true));
+  recorder.packets.clear();
+  click(panel->cmdSetMode);
+  EXPECT_FALSE(recorder.packets.empty());
+  EXPECT_FALSE(all_good());
+  click(workbench.cmdUSBDisconnect);
+  click(workbench.cmdUSBConnect);
+  recorder.packets.clear();
+  click(panel->cmdSetMode);
+  EXPECT_FALSE(recorder.packets.empty());
+  EXPECT_TRUE(all_good());
 }
 
 TEST_F(UsbJourney, AConnectWithoutABoardDoesNotWait) {

@@ -140,9 +140,31 @@ TEST_F(UsbTransfer, CapturesAreToldStatusAndPlaceAsLinuxKnowsThem) {
   EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_OVERFLOW), -EOVERFLOW);
   EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_NO_DEVICE), -ENODEV);
   EXPECT_EQ(driver.urb_status(LIBUSB_ERROR_IO), -EPROTO);
-  EXPECT_NE(driver.usb_place(), UsbPlace{});
+  EXPECT_EQ(i2c({0, 0x88, 1, 1}), success);
+  EXPECT_EQ(driver.transfer_place(), (UsbPlace{1, 2}));
+  EXPECT_EQ(send(pipe_i2c_in, {0}), LIBUSB_ERROR_INVALID_PARAM);
+  EXPECT_EQ(driver.transfer_place(), std::nullopt);
   EXPECT_EQ(driver.WDU_VB_Uninit(session), success);
-  EXPECT_EQ(driver.usb_place(), UsbPlace{});
+  EXPECT_EQ(i2c({0, 0x88, 1, 1}), LIBUSB_ERROR_NO_DEVICE);
+  EXPECT_EQ(driver.transfer_place(), std::nullopt);
+}
+
+TEST_F(UsbTransfer, ANumberBeyondAByteIsNoPipe) {
+  EXPECT_EQ(i2c({1, 0x89, 0}), success);
+  EXPECT_EQ(receive(0x182, 2).status, LIBUSB_ERROR_INVALID_PARAM);
+  EXPECT_EQ(driver.WDU_ResetPipe(device, 0x182), LIBUSB_ERROR_INVALID_PARAM);
+  EXPECT_EQ(driver.WDU_ResetPipe(device, -1), LIBUSB_ERROR_INVALID_PARAM);
+  EXPECT_EQ(board.counts().halts_cleared, 0);
+}
+
+TEST_F(UsbTransfer, ABoardThatAResetLosesIsTakenAnew) {
+  board.refuse_claims(ENOENT, 1);
+  EXPECT_EQ(driver.WDU_ResetDevice(device), LIBUSB_ERROR_NOT_FOUND);
+  const Handle before = device;
+  EXPECT_TRUE(comes([&] { return attaches == 2; }));
+  EXPECT_EQ(detached, std::vector{before});
+  EXPECT_EQ(i2c({0, 0x88, 1, 1}), success);
+  EXPECT_TRUE(advices.empty());
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ int main(int count, char** words) {
   for (bool plugged = true;;) {
     int signal = 0;
     sigwait(&awaited, &signal);
-    if (signal == SIGUSR1) {
+    if (signal == SIGUSR1 && !boards.empty()) {
       plugged ? usb.unplug(boards.front()) : plug(usb, boards.front());
       plugged = !plugged;
       std::fprintf(stderr, "with-emulated-boards: %s\n", plugged ? "plugged in" : "pulled");

@@ -19,7 +19,7 @@ class RecordingBoard final : public Driver {
 
   std::string VB_Stat2Str(Status status) const override { return driver_.VB_Stat2Str(status); }
   std::int32_t urb_status(Status status) const override { return driver_.urb_status(status); }
-  UsbPlace usb_place() const override { return driver_.usb_place(); }
+  std::optional<UsbPlace> transfer_place() const override { return driver_.transfer_place(); }
   void deliver_notifications() override { driver_.deliver_notifications(); }
   void model_chosen(std::string_view model) override;
   std::string board_name() const override { return driver_.board_name() + ", recorded"; }

@@ -97,13 +97,21 @@ void ReplayingBoard::parse(const std::string& text, std::size_t number) {
   lines_.push_back(std::move(line));
 }
 
+void ReplayingBoard::differ(std::string got) {
+  const std::size_t last = lines_.empty() ? 1 : lines_.back().number;
+  difference_ = at_end() ? Difference{last + 1, "the end of the recording", std::move(got)}
+                         : Difference{lines_[next_].number, lines_[next_].request, std::move(got)};
+  if (on_advice) on_advice(VB_Stat2Str(replay_differs));
+}
+
+void ReplayingBoard::end() {
+  if (!difference_ && !at_end()) differ("the end of the program");
+}
+
 const ReplayingBoard::Line* ReplayingBoard::take(const std::string& request) {
   if (difference_) return nullptr;
   if (at_end() || lines_[next_].request != request) {
-    const std::size_t last = lines_.empty() ? 1 : lines_.back().number;
-    difference_ = at_end() ? Difference{last + 1, "the end of the recording", request}
-                           : Difference{lines_[next_].number, lines_[next_].request, request};
-    if (on_advice) on_advice(VB_Stat2Str(replay_differs));
+    differ(request);
     return nullptr;
   }
   const Line& line = lines_[next_++];

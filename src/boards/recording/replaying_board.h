@@ -31,6 +31,8 @@ class ReplayingBoard final : public Driver {
   const std::optional<Difference>& difference() const { return difference_; }
   // Everything recorded has happened.
   bool at_end() const { return next_ == lines_.size(); }
+  // The program has ended: what was recorded beyond this point is the first difference, if none was before.
+  void end();
 
   std::string VB_Stat2Str(Status status) const override;
   // A recorded notification comes when all that stands before it has happened.
@@ -59,6 +61,7 @@ class ReplayingBoard final : public Driver {
                      std::size_t& transferred) override;
 
   void parse(const std::string& text, std::size_t number);
+  void differ(std::string got);
   // The line of this request, which has then happened; null when the next line is another one.
   const Line* take(const std::string& request);
   Status replay(const std::string& request);

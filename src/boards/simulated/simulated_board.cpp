@@ -125,8 +125,10 @@ Status SimulatedBoard::do_reset_pipe(Handle device, std::int32_t pipe) {
 
 Status SimulatedBoard::do_transfer(Handle device, std::int32_t pipe, bool read,
                                    std::span<std::uint8_t> buffer, std::size_t& transferred) {
+  transfer_place_.reset();
   if (const Status status = admit("WDU_Transfer", device)) return status;
   if (!has_pipe(pipe) || to_host(pipe) != read) return statuses::no_such_pipe;
+  transfer_place_.emplace();
   if (failures_.take_unplug()) {
     unplug();
     return statuses::transfer_failed;

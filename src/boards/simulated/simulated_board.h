@@ -77,6 +77,7 @@ class SimulatedBoard final : public Driver {
   bool timing() const { return time_.taken; }
 
   std::string VB_Stat2Str(Status status) const override { return statuses::text(status); }
+  std::optional<UsbPlace> transfer_place() const override { return transfer_place_; }
   std::int32_t urb_status(Status status) const override { return statuses::urb_status(status); }
   void deliver_notifications() override;
   void model_chosen(std::string_view model) override;
@@ -112,6 +113,7 @@ class SimulatedBoard final : public Driver {
   InPipe i2c_in_;
   InPipe gpio_in_;
   Failures failures_;
+  std::optional<UsbPlace> transfer_place_;
   Session session_;
   std::string model_;
   bool driver_present_ = true;

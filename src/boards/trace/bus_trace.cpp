@@ -1,5 +1,7 @@
 #include "boards/trace/bus_trace.h"
 
+#include <utility>
+
 namespace boards {
 
 void BusTrace::start() {
@@ -9,16 +11,7 @@ void BusTrace::start() {
 void BusTrace::stop() {
   if (driver_.observer == this) driver_.observer = nullptr;
   // An answer that comes when listening goes on again may be that of a packet which nobody saw.
-  requests_.clear();
-}
-
-void BusTrace::clear() {
-  transfers_.clear();
-}
-
-const Transfer* BusTrace::find(std::uint64_t number) const {
-  if (number < first_number() || number >= next_number_) return nullptr;
-  return &transfers_[static_cast<std::size_t>(number - first_number())];
+  unanswered_.clear();
 }
 
 std::chrono::system_clock::time_point BusTrace::time_zero() const {
@@ -27,26 +20,30 @@ std::chrono::system_clock::time_point BusTrace::time_zero() const {
 
 void BusTrace::call_ended(const CallRecord& record) {
   if (!record.transfer) return;
-  if (transfers_.size() == most_transfers) transfers_.pop_front();
-  Transfer& transfer = transfers_.emplace_back(Transfer{.number = next_number_++,
-                                                        .begin = begin_,
-                                                        .end = clock_.now(),
-                                                        .pipe = record.pipe,
-                                                        .status = record.status,
-                                                        .size = record.buffer.size(),
-                                                        .transferred = record.data.size(),
-                                                        .bytes = {},
-                                                        .request = 0,
-                                                        .urb_status = driver_.urb_status(record.status),
-                                                        .place = driver_.usb_place()});
-  const auto bytes = transfer.to_host() ? record.data : record.buffer;
-  transfer.bytes.assign(bytes.begin(), bytes.end());
-  std::uint64_t& request = requests_[record.pipe & 0x7F];
-  if (transfer.to_host()) {
-    transfer.request = request;
-  } else {
-    request = transfer.number;
+  const auto bytes = record.read ? record.data : record.buffer;
+  transfers_.add({.number = 0,
+                  .begin = begin_,
+                  .end = clock_.now(),
+                  .pipe = record.pipe,
+                  .read = record.read,
+                  .status = record.status,
+                  .size = record.buffer.size(),
+                  .transferred = record.data.size(),
+                  .bytes = {bytes.begin(), bytes.end()},
+                  .request = request_for(record),
+                  .urb_status = driver_.urb_status(record.status),
+                  .place = driver_.transfer_place()});
+}
+
+// The program reads also after a packet that failed: what comes then answers the packet before.
+std::uint64_t BusTrace::request_for(const CallRecord& record) {
+  constexpr std::int32_t to_host = 0x80;
+  if (!record.read) {
+    if (record.status == success) unanswered_[record.pipe] = transfers_.next_number();
+    return 0;
   }
+  std::uint64_t& unanswered = unanswered_[record.pipe & ~to_host];
+  return record.data.empty() ? unanswered : std::exchange(unanswered, 0);
 }
 
 }  // namespace boards

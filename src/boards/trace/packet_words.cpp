@@ -86,8 +86,14 @@ std::string i2c_answer(Bytes answer, const Transfer* request) {
            packet->at();
   }
   if (!packet->reads()) return "acknowledged" + packet->at();
-  const std::string from = packet->rest.empty() ? "read" : register_name(packet->rest[0]);
-  return from + " = " + hex(answer.subspan(1)) + packet->at();
+  const Bytes data = answer.subspan(1);
+  std::string text = packet->rest.empty() ? "read" : register_name(packet->rest[0]);
+  if (!data.empty()) text += " = " + hex(data);
+  text += packet->at();
+  if (data.size() < packet->count) {
+    text += ", " + counted(data.size(), "byte") + " of " + std::to_string(packet->count) + " came";
+  }
+  return text;
 }
 
 std::string ports(Bytes bytes) {
@@ -109,7 +115,8 @@ std::string gpio_answer(Bytes answer) {
 }  // namespace
 
 std::string in_words(const Transfer& transfer, const Transfer* request) {
-  if (transfer.to_host() && transfer.bytes.empty()) return "no answer";
+  if (transfer.read != ((transfer.pipe & 0x80) != 0)) return "wrong direction";
+  if (transfer.read && transfer.bytes.empty()) return "no answer";
   switch (transfer.pipe) {
     case pipe_i2c_out:
       return i2c_request(transfer.bytes);

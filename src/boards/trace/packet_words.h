@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "boards/trace/bus_trace.h"
+#include "boards/trace/transfers.h"
 
 namespace boards {
 
@@ -11,7 +11,8 @@ namespace boards {
 //
 // Registers, data and addresses are hexadecimal; the address is the 8-bit write form, whichever form the
 // packet has. An answer is told by the request that it belongs to (null: not known, then its bytes are
-// told as they are). A packet that the board doesn't know is told as what it is.
+// told as they are), and with how much of it came when not all did. A packet that the board doesn't know is
+// told as what it is.
 std::string in_words(const Transfer& transfer, const Transfer* request);
 
 // An answer on the I2C pipe that says that not everything was acknowledged. The transfer itself went well.

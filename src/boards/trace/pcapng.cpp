@@ -27,6 +27,7 @@ constexpr std::uint16_t link_type_usb_linux_mmapped = 220;
 constexpr std::uint8_t bulk = 3;
 constexpr std::uint8_t no_setup = '-';
 constexpr std::uint8_t data_follow = 0;
+constexpr std::uint32_t flag_direction_in = 0x200;  // URB_DIR_IN of the kernel's usb.h
 
 class Bytes {
  public:
@@ -92,15 +93,15 @@ void write_event(std::ostream& out, const Transfer& transfer, const UrbEvent& ev
   const auto microseconds = std::chrono::floor<std::chrono::microseconds>(event.time - seconds);
   const std::span<const std::uint8_t> data =
       event.carries_data ? std::span(transfer.bytes) : std::span<const std::uint8_t>();
-  const std::uint8_t data_flag = event.carries_data ? data_follow : transfer.to_host() ? '<' : '>';
+  const std::uint8_t data_flag = event.carries_data ? data_follow : transfer.read ? '<' : '>';
 
   Bytes urb;
   urb.add(transfer.number)
       .add(event.type)
       .add(bulk)
       .add(static_cast<std::uint8_t>(transfer.pipe))
-      .add(transfer.place.device)
-      .add(transfer.place.bus)
+      .add(transfer.place->device)
+      .add(transfer.place->bus)
       .add(no_setup)
       .add(data_flag)
       .add(std::int64_t{seconds.count()})
@@ -108,10 +109,10 @@ void write_event(std::ostream& out, const Transfer& transfer, const UrbEvent& ev
       .add(event.status)
       .add(static_cast<std::uint32_t>(event.length))
       .add(static_cast<std::uint32_t>(data.size()))
-      .add(std::uint64_t{0})   // setup packet: none on bulk pipes
-      .add(std::int32_t{0})    // interval
-      .add(std::int32_t{0})    // start frame
-      .add(std::uint32_t{0})   // transfer flags
+      .add(std::uint64_t{0})  // setup packet: none on bulk pipes
+      .add(std::int32_t{0})   // interval
+      .add(std::int32_t{0})   // start frame
+      .add(transfer.read ? flag_direction_in : 0)
       .add(std::uint32_t{0});  // isochronous descriptors
   urb.add(data);
 
@@ -133,12 +134,13 @@ void write_pcapng(std::ostream& out, const BusTrace& trace, std::string_view pro
   const auto zero = std::chrono::duration_cast<Nanoseconds>(trace.time_zero().time_since_epoch());
   write_section_header(out, program);
   write_interface(out, trace.driver().board_name());
-  for (std::size_t i = 0; i < trace.size(); ++i) {
-    const Transfer& transfer = trace[i];
+  const Transfers& transfers = trace.transfers();
+  for (std::size_t i = 0; i < transfers.size(); ++i) {
+    const Transfer& transfer = transfers[i];
+    if (!transfer.place) continue;
+    write_event(out, transfer, {'S', zero + transfer.begin, -EINPROGRESS, transfer.size, !transfer.read});
     write_event(out, transfer,
-                {'S', zero + transfer.begin, -EINPROGRESS, transfer.size, !transfer.to_host()});
-    write_event(out, transfer,
-                {'C', zero + transfer.end, transfer.urb_status, transfer.transferred, transfer.to_host()});
+                {'C', zero + transfer.end, transfer.urb_status, transfer.transferred, transfer.read});
   }
 }
 

@@ -20,7 +20,7 @@ std::string advice(Status status) {
     case LIBUSB_ERROR_BUSY:
       return ". Another program holds the board; leave that program and try again";
     case LIBUSB_ERROR_NO_DEVICE:
-      return ". Plug the board in; the program finds it by itself";
+      return ". Plug the board in; the next connect finds it";
     default:
       return {};
   }

@@ -3,6 +3,7 @@
 #include <libusb.h>
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 #include "boards/usb/device.h"
@@ -19,9 +20,16 @@ constexpr auto turn = 1ms;
 // board is tried again.
 constexpr auto claim_turn = 10ms;
 constexpr auto claim_patience = 500ms;
+// Meanwhile each yield takes this long, so that the 10,000 yields of a connect last as long as the patience.
+constexpr auto claim_yield = 50us;
 
 bool is_not_ready(Status status) {
   return status == LIBUSB_ERROR_NOT_FOUND || status == LIBUSB_ERROR_NO_DEVICE;
+}
+
+// An endpoint address is a byte; a number beyond must not become another pipe's.
+bool is_pipe(std::int32_t pipe) {
+  return pipe >= 0 && pipe <= 0xFF;
 }
 
 bool to_host(std::int32_t pipe) {
@@ -48,10 +56,6 @@ std::int32_t UsbBoard::urb_status(Status status) const {
   return usb::urb_status(status);
 }
 
-UsbPlace UsbBoard::usb_place() const {
-  return board_ ? usb::place_of(board_->device.get()) : UsbPlace{};
-}
-
 // ---- The session
 
 Status UsbBoard::do_init(Handle& session, const MatchRow& match, EventTable events) {
@@ -66,6 +70,7 @@ Status UsbBoard::do_init(Handle& session, const MatchRow& match, EventTable even
 
 Status UsbBoard::do_uninit(Handle session) {
   if (!is_open(session)) return LIBUSB_ERROR_INVALID_PARAM;
+  if (session_->looked && !session_->found) advise(usb::no_board_text);
   end_session();
   return success;
 }
@@ -86,7 +91,10 @@ void UsbBoard::end_session() {
 void UsbBoard::deliver_notifications() {
   if (!session_) return;
   const auto now = Clock::now();
-  if (now < next_turn_) return;
+  if (now < next_turn_) {
+    if (arrival_.device) std::this_thread::sleep_for(claim_yield);
+    return;
+  }
   const bool changed = session_->context.changed(now);
   if (changed || arrival_.device || (board_ && board_->gone)) look_for_boards(now);
   next_turn_ = now + (arrival_.device ? claim_turn : turn);
@@ -95,12 +103,11 @@ void UsbBoard::deliver_notifications() {
 void UsbBoard::look_for_boards(Clock::time_point now) {
   const Handle session = session_->handle;
   const auto boards = session_->context.boards();
+  session_->looked = true;
+  session_->found |= !boards.empty();
   if (board_) {
     const bool listed = std::ranges::find(boards, board_->device) != boards.end();
-    const Handle device = !listed || board_->gone ? release() : 0;
-    if (!listed) board_.reset();
-    const auto detach = session_->events.detach;
-    if (device != 0 && detach) detach(device);
+    if (!listed || board_->gone) let_go(!listed || board_->unplugged);
     // The notification may have ended the session.
     if (!is_open(session)) return;
   }
@@ -109,6 +116,14 @@ void UsbBoard::look_for_boards(Clock::time_point now) {
   } else if (!board_) {
     attach(boards, now);
   }
+}
+
+void UsbBoard::let_go(bool unplugged) {
+  const Handle device = release();
+  board_.reset();
+  if (device == 0) return;
+  if (unplugged) advise(usb::unplugged_text);
+  if (const auto detach = session_->events.detach) detach(device);
 }
 
 Handle UsbBoard::release() {
@@ -124,6 +139,11 @@ void UsbBoard::attach(const std::vector<usb::DevicePtr>& boards, Clock::time_poi
   if (board.refusal == success) board.refusal = usb::open_board(board.device.get(), board.open);
   if (is_not_ready(board.refusal) && now < arrival_.give_up) return;
   arrival_ = {};
+  // Where nothing tells that a board has gone, the list keeps it.
+  if (board.refusal == LIBUSB_ERROR_NO_DEVICE) {
+    board_ = std::move(board);
+    return;
+  }
 
   const Handle device = board.handle = ++last_device_;
   const Status refusal = board.refusal;
@@ -132,16 +152,17 @@ void UsbBoard::attach(const std::vector<usb::DevicePtr>& boards, Clock::time_poi
   const auto attach = session_->events.attach;
   const bool accepted = attach && attach(device, info);
   if (!accepted && board_ && board_->handle == device) release();
-  if (refusal != success) {
-    advise(usb::text(refusal));
-  } else if (boards.size() > 1) {
-    const UsbPlace place = usb::place_of(boards.front().get());
-    const std::string text = std::to_string(boards.size()) +
-                             " boards are plugged in. The program works with the first one, on bus " +
-                             std::to_string(place.bus) + ", device " + std::to_string(place.device);
-    if (on_remark) on_remark(text);
-    advise(text);
-  }
+  if (boards.size() > 1) tell_number(boards);
+  if (refusal != success) advise(usb::text(refusal));
+}
+
+void UsbBoard::tell_number(const std::vector<usb::DevicePtr>& boards) {
+  const UsbPlace place = usb::place_of(boards.front().get());
+  const std::string text = std::to_string(boards.size()) +
+                           " boards are plugged in. The program works with the first one, on bus " +
+                           std::to_string(place.bus) + ", device " + std::to_string(place.device);
+  if (on_remark) on_remark(text);
+  advise(text);
 }
 
 void UsbBoard::advise(const std::string& text) {
@@ -151,8 +172,10 @@ void UsbBoard::advise(const std::string& text) {
 // ---- The device
 
 Status UsbBoard::admit(Handle device) const {
-  if (!board_ || device == 0 || board_->handle != device) return LIBUSB_ERROR_NO_DEVICE;
-  return board_->refusal;
+  if (!board_) return LIBUSB_ERROR_NO_DEVICE;
+  const bool in_use = device != 0 && board_->handle == device;
+  // A board that was refused is no board in use; why it was is what the user has to know.
+  return in_use || board_->refusal != success ? board_->refusal : static_cast<Status>(LIBUSB_ERROR_NO_DEVICE);
 }
 
 // The detach comes with the very next turn: a program that meets a failure may soon end the session.
@@ -162,7 +185,10 @@ void UsbBoard::has_gone() {
 }
 
 Status UsbBoard::concluded(Status status) {
-  if (status == LIBUSB_ERROR_NO_DEVICE) has_gone();
+  if (status == LIBUSB_ERROR_NO_DEVICE) {
+    board_->unplugged = true;
+    has_gone();
+  }
   return status;
 }
 
@@ -189,13 +215,16 @@ Status UsbBoard::do_reset_device(Handle device) {
 
 Status UsbBoard::do_reset_pipe(Handle device, std::int32_t pipe) {
   if (const Status status = admit(device)) return status;
+  if (!is_pipe(pipe)) return LIBUSB_ERROR_INVALID_PARAM;
   return concluded(libusb_clear_halt(board_->open.get(), static_cast<unsigned char>(pipe)));
 }
 
 Status UsbBoard::do_transfer(Handle device, std::int32_t pipe, bool read, std::span<std::uint8_t> buffer,
                              std::size_t& transferred) {
+  transfer_place_.reset();
   if (const Status status = admit(device)) return status;
-  if (to_host(pipe) != read) return LIBUSB_ERROR_INVALID_PARAM;
+  if (!is_pipe(pipe) || to_host(pipe) != read) return LIBUSB_ERROR_INVALID_PARAM;
+  transfer_place_ = usb::place_of(board_->device.get());
   int count = 0;
   const Status status =
       libusb_bulk_transfer(board_->open.get(), static_cast<unsigned char>(pipe), buffer.data(),

@@ -19,8 +19,8 @@ namespace boards {
 
 // Of several boards the session works with the first; the others are looked at when that one has gone.
 //
-// A board that is there but can't be opened is notified all the same; then every operation with its
-// handle gives the status that says why.
+// A board that is there but can't be opened is notified all the same; then every operation gives the
+// status that says why.
 //
 // A stalled pipe stays stalled (LIBUSB_ERROR_PIPE) until WDU_ResetPipe or WDU_ResetDevice: the program
 // decides, and a driver that cleared it unseen would hide a packet that the board refused.
@@ -38,7 +38,7 @@ class UsbBoard final : public Driver {
 
   std::string VB_Stat2Str(Status status) const override;
   std::int32_t urb_status(Status status) const override;
-  UsbPlace usb_place() const override;
+  std::optional<UsbPlace> transfer_place() const override { return transfer_place_; }
   void deliver_notifications() override;
   std::string board_name() const override { return "USB board"; }
 
@@ -51,6 +51,8 @@ class UsbBoard final : public Driver {
     Handle handle;
     EventTable events;
     usb::Context context;
+    bool looked = false;  // for boards
+    bool found = false;   // one, in use or not
   };
   // The board that the session was notified of, kept as long as it is there.
   struct Board {
@@ -58,8 +60,9 @@ class UsbBoard final : public Driver {
     usb::HandlePtr open{};     // null while it can't be used
     Status refusal = success;  // why it couldn't be opened
     DeviceInfo info{};
-    Handle handle = 0;  // 0: rejected, or gone
-    bool gone = false;  // an operation found it gone; detach is still to be notified
+    Handle handle = 0;       // 0: rejected, or gone
+    bool gone = false;       // an operation found it gone; detach is still to be notified
+    bool unplugged = false;  // and that is why
   };
   // A board that isn't ready to be claimed yet.
   struct Arrival {
@@ -84,10 +87,13 @@ class UsbBoard final : public Driver {
   // Takes note of what the status of an operation says about the board.
   Status concluded(Status status);
   void has_gone();
+  // The session's board isn't there any longer, or has to be taken anew.
+  void let_go(bool unplugged);
   void look_for_boards(Clock::time_point now);
   // The board can't be used any longer. Returns the handle that it had.
   Handle release();
   void attach(const std::vector<usb::DevicePtr>& boards, Clock::time_point now);
+  void tell_number(const std::vector<usb::DevicePtr>& boards);
   void advise(const std::string& text);
 
   usb::Watch watch_;
@@ -98,6 +104,7 @@ class UsbBoard final : public Driver {
   std::unique_ptr<Session> session_;
   Arrival arrival_;
   std::optional<Board> board_;
+  std::optional<UsbPlace> transfer_place_;
 };
 
 }  // namespace boards
