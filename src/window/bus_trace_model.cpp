@@ -116,7 +116,7 @@ bool BusTraceModel::passes(const boards::Transfer& transfer) const {
   if (filter_.pipes != Pipes::All && is_gpio(transfer.pipe) != (filter_.pipes == Pipes::Gpio)) return false;
   if (filter_.failed_only && !failed(transfer)) return false;
   if (filter_.text.isEmpty()) return true;
-  for (int column = 0; column < column_count; ++column) {
+  for (const int column : {Bytes, Status, Words}) {
     if (text(transfer, column).contains(filter_.text, Qt::CaseInsensitive)) return true;
   }
   return false;
@@ -125,7 +125,7 @@ bool BusTraceModel::passes(const boards::Transfer& transfer) const {
 // ---- Rows
 
 QString BusTraceModel::status_text(const boards::Transfer& transfer) const {
-  return to_qt(trace_.driver().VB_Stat2Str(transfer.status));
+  return QString::number(transfer.status) + ' ' + to_qt(trace_.driver().VB_Stat2Str(transfer.status));
 }
 
 QString BusTraceModel::text(const boards::Transfer& transfer, int column) const {
@@ -143,7 +143,8 @@ QString BusTraceModel::text(const boards::Transfer& transfer, int column) const 
     case Status:
       return transfer.status == boards::success ? "0" : status_text(transfer);
     case Words:
-      return to_qt(boards::in_words(transfer, transfers().request_of(transfer)));
+      return (transfer.after_gap ? "(not listening before) " : "") +
+             to_qt(boards::in_words(transfer, transfers().request_of(transfer)));
     default:
       return {};
   }
@@ -174,7 +175,6 @@ QVariant BusTraceModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return text(*shown, column);
     case Qt::ToolTipRole:
-      if (column == Status) return "Status " + QString::number(shown->status) + ": " + status_text(*shown);
       return column >= Bytes ? text(*shown, column) : QVariant();
     case Qt::TextAlignmentRole:
       return alignment(column);

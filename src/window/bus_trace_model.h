@@ -16,7 +16,7 @@ class BusTraceModel final : public QAbstractTableModel {
   enum Column { Number, Time, Pipe, Direction, Bytes, Status, Words, column_count };
   enum class Pipes { All, I2c, Gpio };
   struct Filter {
-    QString text;  // that stands somewhere in the row, capital or small; empty: in every row
+    QString text;  // that stands in bytes, status or words, capital or small; empty: in every row
     Pipes pipes = Pipes::All;
     bool failed_only = false;  // the status isn't 0, or the board says that something wasn't acknowledged
   };

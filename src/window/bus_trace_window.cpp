@@ -64,7 +64,7 @@ class TransferList final : public QTableView {
 BusTraceWindow::BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, const QString& title_suffix)
     : trace_(driver, clock), model_(new BusTraceModel(trace_, this)) {
   setObjectName("BusTrace");
-  setWindowTitle("Bus Trace" + title_suffix);
+  setWindowTitle("Bus trace" + title_suffix);
   make_widgets();
   arrange();
   connect_widgets();
@@ -76,7 +76,8 @@ void BusTraceWindow::make_widgets() {
   filter_->setObjectName("filter");
   filter_->setPlaceholderText("Filter: words, bytes or status");
   filter_->setAccessibleName("Filter");
-  filter_->setToolTip("Shows only the transfers in whose row this text stands, e.g. \"at 88\"");
+  filter_->setToolTip(
+      "Shows only the transfers in whose bytes, status or words this text stands, e.g. \"at 88\"");
   filter_->setClearButtonEnabled(true);
   pipes_ = new QComboBox(this);
   pipes_->setObjectName("pipes");
@@ -146,7 +147,7 @@ void BusTraceWindow::arrange() {
   outermost->addLayout(controls);
   outermost->addWidget(list_, 1);
   outermost->addWidget(summary_);
-  resize(135 * fontMetrics().averageCharWidth(), 28 * fontMetrics().height());
+  resize(on_screen(*this, {135 * fontMetrics().averageCharWidth(), 28 * fontMetrics().height()}));
 }
 
 void BusTraceWindow::connect_widgets() {

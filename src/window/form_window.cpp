@@ -5,7 +5,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
-#include <QScreen>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -87,10 +86,9 @@ void FormWindow::show_title() {
 // The title tells what the numbers are worth, so it is to be read in full.
 void FormWindow::take_size() {
   constexpr int icon_and_buttons = 140;
-  constexpr QSize frame(8, 40);
   const int title = fontMetrics().horizontalAdvance(windowTitle()) * 11 / 10 + icon_and_buttons;
   const QSize all = content_->sizeHint() + QSize(0, menuBar()->sizeHint().height());
-  resize(all.expandedTo({title, 0}).boundedTo(screen()->availableSize() - frame));
+  resize(on_screen(*this, all.expandedTo({title, 0})));
 }
 
 void FormWindow::show_change(const forms::Control& control) {

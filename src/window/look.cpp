@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QPixmap>
+#include <QScreen>
+#include <QWidget>
 #include <array>
 
 #include "shell/application.h"
@@ -39,6 +41,11 @@ QString lamp_words(forms::Color color) {
     if (forms::QBColor(static_cast<double>(i)) == forms::resolved(color)) return words[i];
   }
   return to_qt(forms::html(color));
+}
+
+QSize on_screen(const QWidget& window, QSize size) {
+  constexpr QSize frame(8, 40);
+  return size.boundedTo(window.screen()->availableSize() - frame);
 }
 
 void set_look(QApplication& application) {

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QColor>
+#include <QSize>
 #include <QString>
 #include <string>
 
 #include "forms/color.h"
 
 class QApplication;
+class QWidget;
 
 namespace window {
 
@@ -27,6 +29,9 @@ QString to_plain_caption(const std::string& caption);
 
 // A lamp's colour in words: "off", "light green", "red", ...
 QString lamp_words(forms::Color color);
+
+// As much of a window's size as its screen has room for.
+QSize on_screen(const QWidget& window, QSize size);
 
 // Style, icon and names of the application.
 void set_look(QApplication& application);

@@ -5,13 +5,20 @@
 namespace boards {
 
 void BusTrace::start() {
+  if (driver_.observer == this) return;
   driver_.observer = this;
+  after_gap_ = transfers_.size() > 0;
 }
 
 void BusTrace::stop() {
   if (driver_.observer == this) driver_.observer = nullptr;
   // An answer that comes when listening goes on again may be that of a packet which nobody saw.
   unanswered_.clear();
+}
+
+void BusTrace::clear() {
+  transfers_.clear();
+  after_gap_ = false;
 }
 
 std::chrono::system_clock::time_point BusTrace::time_zero() const {
@@ -32,6 +39,7 @@ void BusTrace::call_ended(const CallRecord& record) {
                   .bytes = {bytes.begin(), bytes.end()},
                   .request = request_for(record),
                   .urb_status = driver_.urb_status(record.status),
+                  .after_gap = std::exchange(after_gap_, false),
                   .place = driver_.transfer_place()});
 }
 

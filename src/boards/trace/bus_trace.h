@@ -21,7 +21,7 @@ class BusTrace final : private Driver::Observer {
   void start();
   // What was kept stays.
   void stop();
-  void clear() { transfers_.clear(); }
+  void clear();
 
   const Transfers& transfers() const { return transfers_; }
   // Date and time at 0 of the program's clock.
@@ -38,6 +38,7 @@ class BusTrace final : private Driver::Observer {
   const forms::Clock& clock_;
   forms::Clock::Duration begin_{};
   Transfers transfers_;
+  bool after_gap_ = false;
   std::map<std::int32_t, std::uint64_t> unanswered_;  // by OUT pipe: the last packet that the board got
 };
 

@@ -19,13 +19,13 @@ struct Transfer {
   std::int32_t pipe;
   bool read;
   Status status;
-  std::size_t size;         // bytes asked for
-  std::size_t transferred;  // bytes that went through
-  std::vector<std::uint8_t>
-      bytes;                      // of a write the whole packet, also what didn't go through; else what came
-  std::uint64_t request;          // number of the packet that a read brings the answer to; 0: none is known
-  std::int32_t urb_status;        // as Linux reports it, 0 or a negative errno
-  std::optional<UsbPlace> place;  // of the board; none: the driver refused it, nothing was on the USB
+  std::size_t size;                 // bytes asked for
+  std::size_t transferred;          // bytes that went through
+  std::vector<std::uint8_t> bytes;  // read: those that came; write: the packet, also what didn't go through
+  std::uint64_t request;            // number of the packet that a read brings the answer to; 0: none is known
+  std::int32_t urb_status;          // as Linux reports it, 0 or a negative errno
+  bool after_gap;                   // the trace didn't listen right before it
+  std::optional<UsbPlace> place;    // of the board; none: the driver refused it, nothing was on the USB
 };
 
 class Transfers {
