@@ -123,7 +123,7 @@ void BusTraceWindow::show_columns() {
   list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + gap);
   const int character = fontMetrics().averageCharWidth();
-  static constexpr std::array<int, BusTraceModel::Words> characters{9, 13, 6, 11, 22, 18};
+  static constexpr std::array<int, BusTraceModel::Words> characters{8, 12, 5, 9, 18, 30};
   for (int column = 0; column < BusTraceModel::Words; ++column) {
     list_->setColumnWidth(column, characters[static_cast<std::size_t>(column)] * character + 2 * gap);
   }
