@@ -54,17 +54,27 @@ BENCHMARK(WindowRunScriptOf1000Reads)->Unit(benchmark::kMillisecond);
 // A full bus trace.
 struct Traced {
   Traced() {
+    board.set_timing(false);
+    boards::Handle session = 0;
+    board.WDU_VB_Init(session, {0x7A53, 0x2005},
+                      {[this](boards::Handle handle, const boards::DeviceInfo&) {
+                         device = handle;
+                         return true;
+                       },
+                       {}});
+    board.deliver_notifications();
     trace.start();
     std::uint8_t packet[] = {1, 0x88, 1, 5};
     std::size_t transferred = 0;
     for (std::size_t i = 0; i < boards::Transfers::most; ++i) {
       packet[3] = static_cast<std::uint8_t>(i);
-      board.WDU_Transfer(0, boards::pipe_i2c_out, false, packet, transferred);
+      board.WDU_Transfer(device, boards::pipe_i2c_out, false, packet, transferred);
     }
   }
   forms::VirtualClock clock;
   boards::SimulatedBoard board{clock};
   boards::BusTrace trace{board, clock};
+  boards::Handle device = 0;
 };
 
 // The worst key of a filter: every row is put into words, none passes.
@@ -90,7 +100,8 @@ void BusTraceTransfer(benchmark::State& state) {
   if (state.range(0) == 0) subject.trace.stop();
   std::uint8_t packet[] = {1, 0x88, 1, 5};
   std::size_t transferred = 0;
-  for (auto _ : state) subject.board.WDU_Transfer(0, boards::pipe_i2c_out, false, packet, transferred);
+  for (auto _ : state)
+    subject.board.WDU_Transfer(subject.device, boards::pipe_i2c_out, false, packet, transferred);
 }
 BENCHMARK(BusTraceTransfer)->ArgName("open")->Arg(0)->Arg(1);
 
