@@ -17,9 +17,15 @@ let_in() { # USER
 }
 # On a busy computer udevd drops a word now and then that comes before it has asked who says it ("Invalid sender
 # uid"), so it is told more than once.
+tell_udev_of_rules() { for _ in 1 2 3 4 5; do udevadm control --reload; done; }
 install_rule() {
   put_rule "$1"
-  for _ in 1 2 3 4 5; do udevadm control --reload; done
+  tell_udev_of_rules
+}
+configure_package() {
+  for _ in 1 2 3 4 5; do sh /guest/postinst configure; done
+  comes "udev has looked at the board" tagged
+  udevadm wait --timeout=10 --settle $port
 }
 not_tagged() { ! tagged; }
 
@@ -72,3 +78,16 @@ install_rule /tmp/group.rules
 plug
 refused engineer
 let_in visitor
+
+topic "The package's rule, for a board that is plugged in already"
+unplug
+rm /etc/udev/rules.d/*
+tell_udev_of_rules
+sits 1000
+plug
+check "the board has no tag" not_tagged
+refused engineer
+put_rule $project_rule
+configure_package
+check "the board is tagged" tagged
+let_in engineer
