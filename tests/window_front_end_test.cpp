@@ -71,11 +71,13 @@ TEST_F(WindowFrontEndTest, NoHandlerRunsWhileABoxIsOpen) {
   EXPECT_TRUE(ran);
 }
 
-// The driver advises from inside its delivery of notifications.
+// The driver advises from inside a handler's yields. The box waits for the handler's end.
 TEST_F(WindowFrontEndTest, TheDriversAdviceIsABoxWhoseTextCanBeCopied) {
   const QString command = "sudo cp data/70-varzelin-als.rules /etc/udev/rules.d/";
-  board.on_advice("Access denied. Install the rule by \"" + command.toStdString() + "\"");
-  EXPECT_FALSE(QApplication::activeModalWidget());
+  program.runtime.dispatch([&] {
+    board.on_advice("Access denied. Install the rule by \"" + command.toStdString() + "\"");
+    EXPECT_FALSE(windows.tell_advice());
+  });
   bool shown = false;
   when_open<QMessageBox>([&](QMessageBox& box) {
     shown = true;
@@ -85,10 +87,11 @@ TEST_F(WindowFrontEndTest, TheDriversAdviceIsABoxWhoseTextCanBeCopied) {
     EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
     box.accept();
   });
+  front_end.idle(std::nullopt);
+  EXPECT_FALSE(shown);
   program.runtime.service();
   EXPECT_TRUE(shown);
-  turn();
-  EXPECT_FALSE(QApplication::activeModalWidget());
+  EXPECT_FALSE(windows.tell_advice());
 }
 
 TEST_F(WindowFrontEndTest, ARunTimeErrorIsReportedWithItsNumber) {

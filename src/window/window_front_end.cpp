@@ -93,6 +93,7 @@ void WindowFrontEnd::sleep(forms::Clock& clock, forms::Clock::Duration time) {
 void WindowFrontEnd::idle(std::optional<forms::Clock::Duration> limit) {
   show_changes();
   if (windows_) windows_->end_if_faceless();
+  if (windows_ && windows_->tell_advice()) return;
   const auto longest = std::min<forms::Clock::Duration>(limit.value_or(longest_idle), longest_idle);
   const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(longest);
   if (whole <= 0ms) {

@@ -1,6 +1,7 @@
 #include "window/windows.h"
 
 #include <array>
+#include <utility>
 
 #include "boards/simulated/simulated_board.h"
 #include "window/bench_window.h"
@@ -41,10 +42,7 @@ Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::
     if (shown_in_front_ == &form) shown_in_front_ = nullptr;
     windows_.erase(&form);
   };
-  // A box that came at once would stand in the middle of the driver's own call.
-  program_.driver.on_advice = [this](const std::string& text) {
-    program_.runtime.post([this, text] { program_.runtime.MsgBox(text, forms::vbExclamation); });
-  };
+  program_.driver.on_advice = [this](const std::string& text) { advice_.push_back(text); };
   front_end_.attach(this);
 }
 
@@ -125,6 +123,14 @@ void Windows::show_changes() {
 
 bool Windows::program_has_face() {
   return !had_face_ || program_.forms.front() != nullptr;
+}
+
+bool Windows::tell_advice() {
+  if (advice_.empty() || program_.runtime.handlers_on_stack() > 0) return false;
+  for (const std::string& text : std::exchange(advice_, {})) {
+    program_.runtime.post([this, text] { program_.runtime.MsgBox(text, forms::vbExclamation); });
+  }
+  return true;
 }
 
 void Windows::end_if_faceless() {

@@ -41,6 +41,10 @@ class Windows {
   // Ends the program from its main loop when nothing is on screen any more.
   void end_if_faceless();
 
+  // Posts boxes with what the driver advised, once no handler is under way: a box must not stop one, nor
+  // come before the window that it belongs to. False: there is nothing to tell.
+  bool tell_advice();
+
   // The window of the form in front, or null: where dialogs belong.
   QWidget* front_window() const;
   // The window of a loaded form; null when it hasn't been on screen yet.
@@ -67,6 +71,7 @@ class Windows {
   std::unique_ptr<BusTraceWindow> bus_trace_;
   const forms::Form* shown_in_front_ = nullptr;
   bool had_face_ = false;
+  std::vector<std::string> advice_;
 };
 
 }  // namespace window
