@@ -187,6 +187,7 @@ TEST(BoardRecording, RefusesWhatIsNoRecording) {
   const std::string good = record().text;
   for (const std::string& bad : {std::string(), std::string("hello\n"),
                                  with(good, "recording 1", "recording 2"), with(good, "-> 0", "-> none"),
+                                 with(good, "-> 0 0.460", "-> 0 1e300"), with(good, "-> 0 0.460", "-> 0 -1"),
                                  with(good, "02 A5 5A\n", "02 A5 5G\n"), with(good, "02 A5 5A\n", "102\n"),
                                  with(good, "active 0 0 0", "active 0 7 0"), with(good, "active", "actve"),
                                  with(good, "0.000 model", "model"), with(good, "attach ", "attach x")}) {

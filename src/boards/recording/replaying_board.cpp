@@ -13,6 +13,8 @@ namespace boards {
 namespace {
 
 constexpr std::string_view answer_mark = " -> ";
+// No call takes so long; a number beyond is no duration.
+constexpr double longest_call_ms = 3'600'000;
 
 [[noreturn]] void fail(std::size_t line, const std::string& why) {
   throw std::runtime_error("line " + std::to_string(line) + " of the recording: " + why);
@@ -81,7 +83,8 @@ void ReplayingBoard::parse(const std::string& text, std::size_t number) {
   if (const auto mark = line.request.find(answer_mark); mark != std::string::npos) {
     std::istringstream answer(line.request.substr(mark + answer_mark.size()));
     double took = 0;
-    if (!(answer >> line.status >> took)) fail(number, "not a status and a duration");
+    const bool is_good = answer >> line.status >> took && took >= 0 && took <= longest_call_ms;
+    if (!is_good) fail(number, "not a status and a duration");
     line.took = std::chrono::round<forms::Clock::Duration>(std::chrono::duration<double, std::milli>(took));
     answer >> std::ws;
     std::getline(answer, line.result);
