@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "boards/trace/pcapng.h"
+#include "no_front_end.h"
 #include "script_jobs.h"
 #include "window/bus_trace_model.h"
 #include "window/look.h"
@@ -54,27 +55,19 @@ BENCHMARK(WindowRunScriptOf1000Reads)->Unit(benchmark::kMillisecond);
 // A full bus trace.
 struct Traced {
   Traced() {
-    board.set_timing(false);
-    boards::Handle session = 0;
-    board.WDU_VB_Init(session, {0x7A53, 0x2005},
-                      {[this](boards::Handle handle, const boards::DeviceInfo&) {
-                         device = handle;
-                         return true;
-                       },
-                       {}});
-    board.deliver_notifications();
+    subject.workbench().cmdUSBConnect_Click();
     trace.start();
-    std::uint8_t packet[] = {1, 0x88, 1, 5};
-    std::size_t transferred = 0;
-    for (std::size_t i = 0; i < boards::Transfers::most; ++i) {
-      packet[3] = static_cast<std::uint8_t>(i);
-      board.WDU_Transfer(device, boards::pipe_i2c_out, false, packet, transferred);
-    }
+    for (std::size_t i = 0; i < boards::Transfers::most; ++i) write(static_cast<std::uint8_t>(i));
   }
-  forms::VirtualClock clock;
-  boards::SimulatedBoard board{clock};
-  boards::BusTrace trace{board, clock};
-  boards::Handle device = 0;
+  void write(std::uint8_t value) {
+    std::uint8_t packet[] = {1, 0x88, 1, value};
+    std::size_t transferred = 0;
+    subject.board.WDU_Transfer(subject.program.store.Dev_Handle, boards::pipe_i2c_out, false, packet,
+                               transferred);
+  }
+  NoFrontEnd front_end;
+  ProgramUnderTest subject{front_end};
+  boards::BusTrace trace{subject.board, subject.clock};
 };
 
 // The worst key of a filter: every row is put into words, none passes.
@@ -98,10 +91,7 @@ BENCHMARK(BusTraceCapture)->Unit(benchmark::kMillisecond);
 void BusTraceTransfer(benchmark::State& state) {
   Traced subject;
   if (state.range(0) == 0) subject.trace.stop();
-  std::uint8_t packet[] = {1, 0x88, 1, 5};
-  std::size_t transferred = 0;
-  for (auto _ : state)
-    subject.board.WDU_Transfer(subject.device, boards::pipe_i2c_out, false, packet, transferred);
+  for (auto _ : state) subject.write(5);
 }
 BENCHMARK(BusTraceTransfer)->ArgName("open")->Arg(0)->Arg(1);
 

@@ -185,7 +185,7 @@ struct Said {
 Transfer transfer_of(std::int32_t pipe, std::vector<std::uint8_t> bytes) {
   Transfer transfer{};
   transfer.pipe = pipe;
-  transfer.read = (pipe & 0x80) != 0;
+  transfer.read = to_host(pipe);
   transfer.bytes = std::move(bytes);
   return transfer;
 }

@@ -22,6 +22,7 @@
 #include "support/temporary_folder.h"
 #include "support/window_program.h"
 #include "window/bus_trace_window.h"
+#include "workbench/workbench.h"
 
 namespace varzelin::testing {
 namespace {
@@ -55,23 +56,16 @@ struct BusTraceInItsWindow : WindowProgram {
   QString summary() { return part<QLabel>("summary").text(); }
 
   void connect() {
-    boards::Handle session = 0;
-    board.WDU_VB_Init(session, {0x7A53, 0x2005},
-                      {[this](boards::Handle handle, const boards::DeviceInfo&) {
-                         device = handle;
-                         return true;
-                       },
-                       {}});
-    board.deliver_notifications();
+    program.runtime.dispatch([&] { program.forms.touch<frmI2C_General>().cmdUSBConnect_Click(); });
   }
   void send(std::vector<std::uint8_t> packet, std::int32_t pipe = boards::pipe_i2c_out) {
     std::size_t transferred = 0;
-    board.WDU_Transfer(device, pipe, false, packet, transferred);
+    board.WDU_Transfer(program.store.Dev_Handle, pipe, false, packet, transferred);
   }
   void receive(std::size_t size, std::int32_t pipe = boards::pipe_i2c_in) {
     std::vector<std::uint8_t> buffer(size);
     std::size_t transferred = 0;
-    board.WDU_Transfer(device, pipe, true, buffer, transferred);
+    board.WDU_Transfer(program.store.Dev_Handle, pipe, true, buffer, transferred);
   }
   void open_with(std::size_t writes) {
     connect();
@@ -79,7 +73,6 @@ struct BusTraceInItsWindow : WindowProgram {
     for (std::size_t i = 0; i < writes; ++i) send({0, 0x88, 1, static_cast<std::uint8_t>(i)});
     windows.bus_trace()->refresh();
   }
-  boards::Handle device = 0;
 };
 
 TEST_F(BusTraceInItsWindow, CostsNothingUntilItIsOpenedAndAfterItIsClosed) {

@@ -27,6 +27,10 @@ inline constexpr std::int32_t pipe_gpio_out = 0x01;
 inline constexpr std::int32_t pipe_gpio_in = 0x81;
 inline constexpr std::int32_t pipe_i2c_out = 0x02;
 inline constexpr std::int32_t pipe_i2c_in = 0x82;
+inline constexpr std::int32_t pipe_direction_bit = 0x80;
+inline constexpr bool to_host(std::int32_t pipe) {
+  return (pipe & pipe_direction_bit) != 0;
+}
 
 // The row of the match table that says which device the session is for.
 struct MatchRow {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
+#include <vector>
+
+#include "boards/hex.h"
 
 namespace console {
 
@@ -30,23 +32,17 @@ void CallLog::drop_told() {
 }
 
 void CallLog::write_packets(Json& json) {
-  static constexpr char digits[] = "0123456789ABCDEF";
   json.begin_array();
   auto data = data_.begin();
   std::uint64_t number = dropped_;
   for (const Call& call : calls_) {
     const auto end = data + static_cast<std::ptrdiff_t>(call.data_size);
     if (number++ >= packets_told_ && call.pipe != 0) {
-      std::string hex;
-      for (auto byte = data; byte != end; ++byte) {
-        if (!hex.empty()) hex += ' ';
-        hex += digits[*byte >> 4];
-        hex += digits[*byte & 15];
-      }
+      const std::vector<std::uint8_t> bytes(data, end);
       json.begin_object()
           .member("pipe", call.pipe)
           .member("size", std::int64_t{call.size})
-          .member("data", hex)
+          .member("data", boards::hex(bytes))
           .member("status", call.status)
           .member("time", milliseconds(call.begin))
           .end_object();

@@ -6,18 +6,12 @@
 #include <array>
 #include <vector>
 
+#include "boards/hex.h"
 #include "boards/trace/packet_words.h"
 #include "window/look.h"
 
 namespace window {
 namespace {
-
-QString hex(const std::vector<std::uint8_t>& bytes) {
-  return QString::fromLatin1(
-      QByteArray(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()))
-          .toHex(' ')
-          .toUpper());
-}
 
 bool is_gpio(std::int32_t pipe) {
   return pipe == boards::pipe_gpio_out || pipe == boards::pipe_gpio_in;
@@ -139,7 +133,7 @@ QString BusTraceModel::text(const boards::Transfer& transfer, int column) const 
     case Direction:
       return transfer.read ? "in" : "out";
     case Bytes:
-      return hex(transfer.bytes);
+      return to_qt(boards::hex(transfer.bytes));
     case Status:
       return transfer.status == boards::success ? "0" : status_text(transfer);
     case Words:

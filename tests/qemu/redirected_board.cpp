@@ -221,7 +221,7 @@ bool RedirectedBoard::conclude(Id id, usb_redir_bulk_packet_header header,
       return false;
   }
   BridgeDevice::Bytes bytes = progress.bytes;
-  if (BridgeDevice::to_host(header.endpoint) || header.status != usb_redir_success) {
+  if (boards::to_host(header.endpoint) || header.status != usb_redir_success) {
     header.length = static_cast<std::uint16_t>(bytes.size());
     header.length_high = static_cast<std::uint16_t>(bytes.size() >> 16);
   }

@@ -49,7 +49,7 @@ void BridgeDevice::reset() {
 }
 
 BridgeDevice::Progress BridgeDevice::begin(const Transfer& transfer) {
-  if (to_host(transfer.pipe) && transfers_to_pull_ >= 0 && transfers_to_pull_-- == 0) {
+  if (boards::to_host(transfer.pipe) && transfers_to_pull_ >= 0 && transfers_to_pull_-- == 0) {
     power(false);
     return {State::Pulled};
   }
@@ -61,7 +61,7 @@ BridgeDevice::Progress BridgeDevice::begin(const Transfer& transfer) {
 }
 
 BridgeDevice::Progress BridgeDevice::look_again(const Transfer& transfer) {
-  const bool read = to_host(transfer.pipe);
+  const bool read = boards::to_host(transfer.pipe);
   Bytes bytes = read ? Bytes(longest_answer) : transfer.sent;
   std::size_t transferred = 0;
   if (brain_.WDU_Transfer(device_, transfer.pipe, read, bytes, transferred) != boards::success) {

@@ -48,7 +48,6 @@ class BridgeDevice {
   // Device descriptor, then configuration descriptor, as the kernel's file has them.
   static Bytes descriptors();
   static bool has_pipe(std::int32_t pipe) { return std::ranges::find(pipes, pipe) != pipes.end(); }
-  static bool to_host(std::int32_t pipe) { return (pipe & 0x80) != 0; }
 
   // What stands behind the USB; sensors are mounted there.
   boards::SimulatedBoard& brain() { return brain_; }

@@ -164,7 +164,7 @@ EmulatedBoard::Result EmulatedBoard::submit(UMockdevIoctlData* argument) {
 BridgeDevice::Transfer EmulatedBoard::transfer_of(const Urb& urb) {
   BridgeDevice::Transfer transfer{.pipe = urb.pipe};
   if (!urb.buffer) return transfer;
-  if (BridgeDevice::to_host(urb.pipe)) {
+  if (boards::to_host(urb.pipe)) {
     transfer.room = urb.buffer->data_len;
   } else {
     transfer.sent.assign(urb.buffer->data, urb.buffer->data + urb.buffer->data_len);
@@ -174,7 +174,7 @@ BridgeDevice::Transfer EmulatedBoard::transfer_of(const Urb& urb) {
 
 void EmulatedBoard::take(Urb& urb, const BridgeDevice::Progress& progress) {
   using State = BridgeDevice::State;
-  const bool read = BridgeDevice::to_host(urb.pipe);
+  const bool read = boards::to_host(urb.pipe);
   if (read) put(urb, progress.bytes);
   switch (progress.state) {
     case State::Done:

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "boards/hex.h"
 #include "boards/recording/recording_format.h"
 
 namespace boards {
@@ -126,7 +127,7 @@ Status RecordingBoard::do_transfer(Handle device, std::int32_t pipe, bool read,
   return recorded(
       recording::request::transfer(device, pipe, read, buffer),
       [&] { return driver_.WDU_Transfer(device, pipe, read, buffer, transferred); },
-      [&] { return read ? recording::bytes(buffer.first(transferred)) : std::to_string(transferred); });
+      [&] { return read ? hex(buffer.first(transferred)) : std::to_string(transferred); });
 }
 
 }  // namespace boards

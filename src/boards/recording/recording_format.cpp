@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "boards/hex.h"
+
 namespace boards::recording {
 namespace {
 
@@ -92,7 +94,7 @@ std::string reset_pipe(Handle device, std::int32_t pipe) {
 std::string transfer(Handle device, std::int32_t pipe, bool read, std::span<const std::uint8_t> buffer) {
   const std::string begin = "WDU_Transfer" + number(device) + pipe_number(pipe);
   if (read) return begin + " read" + number(static_cast<std::int64_t>(buffer.size()));
-  return begin + " write" + (buffer.empty() ? "" : ' ' + bytes(buffer));
+  return begin + " write" + (buffer.empty() ? "" : ' ' + hex(buffer));
 }
 std::string model_chosen(std::string_view model) {
   return "model " + std::string(model);
@@ -111,15 +113,6 @@ std::string detached(Handle device) {
 }
 
 }  // namespace request
-
-std::string bytes(std::span<const std::uint8_t> bytes) {
-  std::string result;
-  for (const std::uint8_t byte : bytes) {
-    if (!result.empty()) result += ' ';
-    result += hexadecimal(byte, 2);
-  }
-  return result;
-}
 
 std::optional<std::vector<std::uint8_t>> parse_bytes(std::string_view text) {
   std::vector<std::uint8_t> result;
@@ -141,7 +134,7 @@ std::string device_info(const DeviceInfo& info) {
       for (const auto& setting : interface.alternates) {
         const std::uint8_t classes[] = {setting.interface_class, setting.interface_subclass,
                                         setting.interface_protocol};
-        result += " alternate" + number(setting.number) + ' ' + bytes(classes);
+        result += " alternate" + number(setting.number) + ' ' + hex(classes);
         for (const auto& pipe : setting.pipes) {
           result += " pipe" + pipe_number(pipe.address) + ' ' + hexadecimal(pipe.attributes, 2) +
                     number(pipe.max_packet) + number(pipe.interval);

@@ -32,9 +32,8 @@ std::string detach(Handle device);
 std::string detached(Handle device);
 }  // namespace request
 
-// Bytes as two upper-case hexadecimal digits each, with a blank between them.
-std::string bytes(std::span<const std::uint8_t> bytes);
-// No value: not such a text.
+// The bytes of a text as boards::hex writes it.
+// No value: it is another text.
 std::optional<std::vector<std::uint8_t>> parse_bytes(std::string_view text);
 
 std::string device_info(const DeviceInfo& info);

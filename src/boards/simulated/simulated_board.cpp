@@ -26,10 +26,6 @@ bool has_pipe(std::int32_t pipe) {
   return std::ranges::any_of(pipes, [&](const PipeInfo& info) { return info.address == pipe; });
 }
 
-bool to_host(std::int32_t pipe) {
-  return (pipe & 0x80) != 0;
-}
-
 }  // namespace
 
 // ---- The bench

@@ -45,12 +45,11 @@ void BusTrace::call_ended(const CallRecord& record) {
 
 // The program reads also after a packet that failed: what comes then answers the packet before.
 std::uint64_t BusTrace::request_for(const CallRecord& record) {
-  constexpr std::int32_t to_host = 0x80;
   if (!record.read) {
     if (record.status == success) unanswered_[record.pipe] = transfers_.next_number();
     return 0;
   }
-  std::uint64_t& unanswered = unanswered_[record.pipe & ~to_host];
+  std::uint64_t& unanswered = unanswered_[record.pipe & ~pipe_direction_bit];
   return record.data.empty() ? unanswered : std::exchange(unanswered, 0);
 }
 

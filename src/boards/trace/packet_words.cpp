@@ -3,29 +3,17 @@
 #include <optional>
 #include <span>
 
+#include "boards/hex.h"
+#include "forms/text.h"
+
 namespace boards {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-std::string hex(std::uint8_t byte) {
-  static constexpr char digits[] = "0123456789ABCDEF";
-  return {digits[byte >> 4], digits[byte & 15]};
-}
-
-std::string hex(Bytes bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    if (!text.empty()) text += ' ';
-    text += hex(byte);
-  }
-  return text;
-}
-
 // "r1", "r1A": without a leading zero, as data sheets count registers.
 std::string register_name(std::uint8_t number) {
-  const std::string digits = hex(number);
-  return 'r' + (digits[0] == '0' ? digits.substr(1) : digits);
+  return 'r' + forms::Hex(number);
 }
 
 std::string counted(std::size_t count, const char* what) {
@@ -39,7 +27,7 @@ struct I2cPacket {
   Bytes rest;
 
   bool reads() const { return count != 0 && (address & 1) != 0; }
-  std::string at() const { return " at " + hex(static_cast<std::uint8_t>(address & 0xFE)); }
+  std::string at() const { return " at " + forms::Hex2(address & 0xFE); }
 };
 
 bool is_i2c_packet(Bytes packet) {
@@ -62,7 +50,7 @@ std::string i2c_request(Bytes bytes) {
     return "write " + register_name(packet.rest[0]) + " = " + hex(packet.rest.subspan(1)) + packet.at();
   }
   // One byte is a sensor's command when nothing is answered, and sets its register pointer when something is.
-  if (packet.count == 0) return "command " + hex(packet.rest[0]) + packet.at();
+  if (packet.count == 0) return "command " + forms::Hex2(packet.rest[0]) + packet.at();
   return "point to " + register_name(packet.rest[0]) + packet.at();
 }
 
@@ -79,7 +67,8 @@ std::size_t good_count(const I2cPacket& packet) {
 
 std::string i2c_answer(Bytes answer, const Transfer* request) {
   const auto packet = answered(request);
-  if (!packet) return "answer " + hex(answer[0]) + (answer.size() > 1 ? ", " + hex(answer.subspan(1)) : "");
+  if (!packet)
+    return "answer " + forms::Hex2(answer[0]) + (answer.size() > 1 ? ", " + hex(answer.subspan(1)) : "");
   if (answer[0] != good_count(*packet)) {
     if (packet->reads() || answer[0] == 0) return "not acknowledged" + packet->at();
     return counted(answer[0], "byte") + " of " + std::to_string(good_count(*packet)) + " acknowledged" +
@@ -97,8 +86,8 @@ std::string i2c_answer(Bytes answer, const Transfer* request) {
 }
 
 std::string ports(Bytes bytes) {
-  return "B = " + hex(bytes[0]) + ", C = " + hex(bytes[1]) + ", outputs B " + hex(bytes[2]) + ", C " +
-         hex(bytes[3]);
+  return "B = " + forms::Hex2(bytes[0]) + ", C = " + forms::Hex2(bytes[1]) + ", outputs B " +
+         forms::Hex2(bytes[2]) + ", C " + forms::Hex2(bytes[3]);
 }
 
 std::string gpio_request(Bytes packet) {
@@ -115,7 +104,7 @@ std::string gpio_answer(Bytes answer) {
 }  // namespace
 
 std::string in_words(const Transfer& transfer, const Transfer* request) {
-  if (transfer.read != ((transfer.pipe & 0x80) != 0)) return "wrong direction";
+  if (transfer.read != to_host(transfer.pipe)) return "wrong direction";
   if (transfer.read && transfer.bytes.empty()) return "no answer";
   switch (transfer.pipe) {
     case pipe_i2c_out:

@@ -1,6 +1,5 @@
 #include "boards/trace/pcapng.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <concepts>

@@ -32,10 +32,6 @@ bool is_pipe(std::int32_t pipe) {
   return pipe >= 0 && pipe <= 0xFF;
 }
 
-bool to_host(std::int32_t pipe) {
-  return (pipe & LIBUSB_ENDPOINT_IN) != 0;
-}
-
 }  // namespace
 
 UsbBoard::~UsbBoard() {
