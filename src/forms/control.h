@@ -63,6 +63,29 @@ struct EventArgs {
 };
 using Handler = std::function<void(EventArgs&)>;
 
+// A member function as a handler. It may take nothing, the index of a control array's element, the key by
+// reference, both in this order, or a grid's row and column. `owner` outlives the control.
+template <class T>
+Handler handler_of(T& owner, void (T::*handler)()) {
+  return [&owner, handler](EventArgs&) { (owner.*handler)(); };
+}
+template <class T>
+Handler handler_of(T& owner, void (T::*handler)(int)) {
+  return [&owner, handler](EventArgs& args) { (owner.*handler)(args.index); };
+}
+template <class T>
+Handler handler_of(T& owner, void (T::*handler)(int&)) {
+  return [&owner, handler](EventArgs& args) { (owner.*handler)(args.key_ascii); };
+}
+template <class T>
+Handler handler_of(T& owner, void (T::*handler)(int, int&)) {
+  return [&owner, handler](EventArgs& args) { (owner.*handler)(args.index, args.key_ascii); };
+}
+template <class T>
+Handler handler_of(T& owner, void (T::*handler)(int, int)) {
+  return [&owner, handler](EventArgs& args) { (owner.*handler)(args.row, args.column); };
+}
+
 // The design-time values of a control, those that its kind has. One declaration of a control holds
 // all of them.
 struct Design {
@@ -172,5 +195,16 @@ class ControlArray {
  private:
   std::map<int, std::unique_ptr<T>> elements_;
 };
+
+// Makes a member function of any object the handler of an event, of a control or of all elements of an
+// array.
+template <class T, class... Args>
+void handle(Control& control, Event event, T& owner, void (T::*handler)(Args...)) {
+  control.handle(event, handler_of(owner, handler));
+}
+template <class C, class T, class... Args>
+void handle(const ControlArray<C>& array, Event event, T& owner, void (T::*handler)(Args...)) {
+  array.each([&](C& element) { handle(element, event, owner, handler); });
+}
 
 }  // namespace forms

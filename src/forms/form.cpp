@@ -1,5 +1,7 @@
 #include "forms/form.h"
 
+#include <cassert>
+
 #include "forms/form_set.h"
 #include "forms/runtime.h"
 
@@ -22,6 +24,11 @@ Control* Form::find(std::string_view name, int index) const {
     if (control->index() == index && control->name() == name) return control;
   }
   return nullptr;
+}
+
+void Form::add(Control& control) {
+  assert(!find(control.name(), control.index()));
+  controls_.push_back(&control);
 }
 
 void Form::Show() {

@@ -24,6 +24,8 @@ class Form : public PropertyOwner {
   Property<double> ScaleWidth;
   Property<double> ScaleHeight;
   bool visible() const { return visible_; }
+  // False once it was unloaded, though a handler of it may still be on the stack.
+  bool loaded() const { return loaded_; }
 
   Runtime& runtime() const { return runtime_; }
   FormSet& set() const { return set_; }
@@ -49,50 +51,25 @@ class Form : public PropertyOwner {
  protected:
   void property_changed(PropertyBase& property) override;
 
-  // Makes a member function the handler of an event. It may take nothing, the index of a control
-  // array's element, the key by reference, both in this order, or a grid's row and column.
-  template <class F, class... Args>
-  void on(Control& control, Event event, void (F::*handler)(Args...)) {
-    F* self = static_cast<F*>(this);
-    control.handle(event, [self, handler](EventArgs& args) { call(self, handler, args); });
-  }
-  template <class T, class F, class... Args>
-  void on(ControlArray<T>& array, Event event, void (F::*handler)(Args...)) {
-    array.each([&](T& element) { on(element, event, handler); });
+  // Makes a member function of the form the handler of an event.
+  template <class Source, class F, class... Args>
+  void on(Source& control, Event event, void (F::*handler)(Args...)) {
+    handle(control, event, static_cast<F&>(*this), handler);
   }
 
  private:
   friend class Control;
   friend class FormSet;
 
-  template <class F>
-  static void call(F* self, void (F::*handler)(), EventArgs&) {
-    (self->*handler)();
-  }
-  template <class F>
-  static void call(F* self, void (F::*handler)(int), EventArgs& args) {
-    (self->*handler)(args.index);
-  }
-  template <class F>
-  static void call(F* self, void (F::*handler)(int&), EventArgs& args) {
-    (self->*handler)(args.key_ascii);
-  }
-  template <class F>
-  static void call(F* self, void (F::*handler)(int, int&), EventArgs& args) {
-    (self->*handler)(args.index, args.key_ascii);
-  }
-  template <class F>
-  static void call(F* self, void (F::*handler)(int, int), EventArgs& args) {
-    (self->*handler)(args.row, args.column);
-  }
-
-  void add(Control& control) { controls_.push_back(&control); }
+  // Two controls of one name and index are a mistake in the form's declaration.
+  void add(Control& control);
 
   FormSet& set_;
   Runtime& runtime_;
   const std::string name_;
   std::vector<Control*> controls_;
   bool visible_ = false;
+  bool loaded_ = true;
 };
 
 }  // namespace forms

@@ -83,6 +83,7 @@ void FormSet::hide(Form& form) {
 }
 
 bool FormSet::unload(Form& form, int unload_mode) {
+  if (!form.loaded()) return true;
   const auto is_form = [&](const auto& owned) { return owned.get() == &form; };
   bool cancel = false;
   form.Form_QueryUnload(cancel, unload_mode);
@@ -95,6 +96,7 @@ bool FormSet::unload(Form& form, int unload_mode) {
   hide(form);
   if (on_unloaded) on_unloaded(form);
   std::erase(order_, &form);
+  form.loaded_ = false;
   const auto still_owned = std::ranges::find_if(forms_, is_form);
   if (still_owned != forms_.end()) {
     unloaded_.push_back(std::move(*still_owned));
