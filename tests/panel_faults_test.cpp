@@ -187,7 +187,7 @@ TEST_F(Faults, TheBoardComesBackWhileATimedRunGoesOn) {
 
 // The workbench doesn't close while the session is open, so the program stays until the loop is out.
 TEST_F(Faults, ExitInARealTimeRun) {
-  at(count_reaches(5), clicking(panel->CommandButton1));
+  at(count_reaches(5), clicking(panel->Command4));
   EXPECT_FALSE(ends([&] { forms::user::click(panel->cmdCollectData); }));
   EXPECT_EQ(program.forms.loaded("frmKVT71346"), nullptr);
   EXPECT_NE(program.forms.loaded("frmI2C_General"), nullptr);
@@ -198,7 +198,7 @@ TEST_F(Faults, ExitInARealTimeRun) {
 }
 
 TEST_F(Faults, ExitInATimedRun) {
-  at(count_reaches(5), clicking(panel->CommandButton1));
+  at(count_reaches(5), clicking(panel->Command4));
   EXPECT_FALSE(ends([&] { forms::user::click(panel->cmdSample); }));
   EXPECT_EQ(program.forms.loaded("frmKVT71346"), nullptr);
   EXPECT_EQ(store.Usb_Open, 0);

@@ -108,7 +108,7 @@ TEST_F(PanelLoad, TheDeviceListSendsItsOwnAddresses) {
 TEST_F(PanelLoad, ExitEndsTheProgram) {
   panel->Label18.Caption = "before";
   store.PendingUpdate = store.PendingClearInt = store.PendingReadRegs = -1;
-  EXPECT_TRUE(ends([&] { forms::user::click(panel->CommandButton1); }));
+  EXPECT_TRUE(ends([&] { forms::user::click(panel->Command4); }));
   EXPECT_EQ(store.PendingUpdate, 0);
   EXPECT_EQ(store.PendingClearInt, 0);
   EXPECT_EQ(store.PendingReadRegs, 0);

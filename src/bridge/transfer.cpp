@@ -49,17 +49,21 @@ bool device_is_ready(Program& program, std::string_view routine) {
   return Get_Pipes(program, boards::active_setting(info), pipes);
 }
 
-void checked_transfer(Program& program, bool read, std::string_view routine) {
+bool checked_transfer(Program& program, bool read, std::string_view routine) {
   Store& store = program.store;
-  if (!device_is_ready(program, routine)) return;
+  if (!device_is_ready(program, routine)) return false;
+  const std::int32_t collection = store.Collections;
   if (!read) program.runtime.DoEvents();
+  if (store.Collections != collection) return false;
   raw_transfer(program, read);
-  if (store.Usb_Status == boards::success) {
+  const bool good = store.Usb_Status == boards::success;
+  if (good) {
     store.Log_Error = false_flag;
   } else {
     Log_Err(program, std::string(routine) + ": WDU_Transfer() failed: error &H" +
                          forms::Hex(store.Usb_Status) + " (" + Stat_Text(program, store.Usb_Status) + ")");
   }
+  return good;
 }
 
 }  // namespace
@@ -94,21 +98,21 @@ void Fast_Read(Program& program) {
   fast_transfer(program, true);
 }
 
-void WritePipe(Program& program) {
+bool WritePipe(Program& program) {
   if (program.store.Usb_Open == 0) {
     Log_Msg(program, "Write GPIOPipe .. USB Not opened");
-    return;
+    return false;
   }
-  checked_transfer(program, false, "WritePipe");
+  return checked_transfer(program, false, "WritePipe");
 }
 
-void ReadPipe(Program& program) {
+bool ReadPipe(Program& program) {
   if (program.store.Usb_Open == 0) {
     Log_Msg(program, "ReadPipe .. USB Not opened");
     program.runtime.DoEvents();
-    return;
+    return false;
   }
-  checked_transfer(program, true, "ReadPipe");
+  return checked_transfer(program, true, "ReadPipe");
 }
 
 bool Get_Pipes(Program& program, const boards::AlternateSetting& setting,

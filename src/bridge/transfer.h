@@ -36,10 +36,11 @@ void raw_transfer(Program& program, bool read);
 void Fast_Write(Program& program);
 void Fast_Read(Program& program);
 
-// Checked, for the workbench, scripts and GPIO: the session has to be open, the device to give its
-// information and the setting to have pipes; failures go to the log.
-void WritePipe(Program& program);
-void ReadPipe(Program& program);
+// Checked, for the workbench, scripts, GPIO and some panels: the session has to be open, the device to
+// give its information and the setting to have pipes; failures go to the log. True: the transfer took
+// place and was good. A write in whose yield a collection begins is given up.
+bool WritePipe(Program& program);
+bool ReadPipe(Program& program);
 
 // Copies the pipe records of a setting. Without pipes: a log entry, and false.
 bool Get_Pipes(Program& program, const boards::AlternateSetting& setting,

@@ -150,6 +150,17 @@ void toggle_trace_colour(Store& store) {
   store.Trace_Blue = was_red ? 255 : 0;
 }
 
+std::int32_t trace_row(double reading, std::int32_t min, std::int32_t max) {
+  if (max == min) forms::raise_error(forms::division_by_zero);
+  const double rows_a_unit = plot_rows / (static_cast<double>(max) - min);
+  return limited_row(forms::CLng(plot_rows - (reading - min) * rows_a_unit));
+}
+
+std::int32_t whole_trace_row(std::int32_t reading, std::int32_t max) {
+  if (max == 0) forms::raise_error(forms::division_by_zero);
+  return forms::CLng(forms::Int(plot_rows - reading * (static_cast<double>(plot_rows) / max)));
+}
+
 std::int32_t limited_row(std::int32_t row) {
   return std::clamp(row, 1, plot_rows);
 }

@@ -39,6 +39,12 @@ void Plot_Trace(forms::PictureBox& picture, std::span<const std::int32_t> rows);
 // A change of range shows as a change of colour: red and blue in turn.
 void toggle_trace_colour(Store& store);
 
+// The row of a reading on a scale from `min` to `max`, rounded half to even and kept within the plot. Raises
+// division_by_zero for a scale without a span.
+std::int32_t trace_row(double reading, std::int32_t min, std::int32_t max);
+// The row of a reading on a scale from 0 to `max`: its whole part, not kept within the plot. Raises as above.
+std::int32_t whole_trace_row(std::int32_t reading, std::int32_t max);
+
 // A row kept within the plot: 304 and more is 304, below 1 is 1.
 std::int32_t limited_row(std::int32_t row);
 

@@ -1,5 +1,5 @@
-// How a sensor panel reaches its sensor: the connection rule, the raw transfers and the deferred
-// register work.
+// How a sensor panel reaches its sensor: the connection rule, the transfers and the deferred register
+// work. The panel's handlers and its parts use it.
 #pragma once
 
 #include <functional>
@@ -8,33 +8,51 @@
 
 #include "bridge/program_form.h"
 #include "bridge/transfer.h"
+#include "panels/common/panel_model.h"
 
 namespace varzelin {
 
 class BusPanel : public ProgramForm {
  public:
-  using ProgramForm::ProgramForm;
+  BusPanel(Program& owner, const PanelModel& panel_model);
 
- protected:
   // The connection rule: a handler that touches the bus begins with connect_by_rule() and ends with
   // disconnect_by_rule(); neither does anything while the session is held.
   void connect_by_rule();
   void disconnect_by_rule();
+  void connect();
+  void disconnect();
   // A loop holds the session, so that every handler called in it finds the session open.
   void hold_session();
   void release_session();
 
-  // One raw transfer each, in the panels' own forms. No reply is read after a write.
-  void send(std::initializer_list<int> bytes);
-  void receive(int size);
-  // Byte 0 of a panel's write is 0 though data follow.
-  void register_write(int register_number, int value) { send({0, write_address(), register_number, value}); }
-  void command_write(int command) { send({0, write_address(), command}); }
-  void read_request(int count, int register_number) { send({count, store.I2C_RdAdr, register_number}); }
-  // Some families send the read form of the address in their writes.
-  virtual int write_address() const { return store.I2C_WrAdr; }
+  // Where a transfer goes and how. A reply comes on the pipe's IN twin.
+  struct Route {
+    std::int32_t out_pipe;
+    Transfers transfers;
+  };
+  Route sensor_route() const { return {store.I2C_Pipe, model.transfers}; }
 
-  std::uint8_t reply(std::size_t index) const { return xfer_byte(store, index); }
+  // A panel's writes: byte 0 is 0 though data follow, and no reply comes.
+  void register_write(int register_number, int value) {
+    register_write(register_number, value, model.write_address);
+  }
+  void register_write(int register_number, int value, AddressForm form) {
+    send({0, address(form), register_number, value}, sensor_route());
+  }
+  void command_write(int command) { command_write(command, model.write_address); }
+  void command_write(int command, AddressForm form) { send({0, address(form), command}, sensor_route()); }
+  // Asks for I2C_RdCnt registers from one on, and fetches a reply of `reply_size` bytes, the status first.
+  // The reply may be asked for longer than what was requested.
+  void read_registers(int first_register, int reply_size);
+
+  // One transfer each, bytes as they stand.
+  void send(std::initializer_list<int> bytes, Route route);
+  void receive(int size, Route route);
+
+  // A byte of the last reply; 0 in a pass whose collection was begun anew. Raises subscript_out_of_range
+  // beyond its end.
+  std::uint8_t reply(std::size_t index) const;
   // A 16-bit value of the reply: low byte at `low_index`, high byte behind it.
   std::int32_t reply_word(std::size_t low_index) const {
     return reply(low_index + 1) * 256 + reply(low_index);
@@ -42,9 +60,10 @@ class BusPanel : public ProgramForm {
 
   // --- deferred register work ---
 
+  using PendingFlags = std::initializer_list<Flag Store::*>;
   // While a loop runs a control must not use the bus: sets the pending flags and PendingUpdate, and
   // says true. Otherwise false: the caller writes at once.
-  bool deferred(std::initializer_list<Flag Store::*> pending);
+  bool deferred(PendingFlags pending);
   // One kind of work: done when its flag is set. The work clears the flag itself.
   struct DeferredWork {
     Flag Store::*pending;
@@ -53,10 +72,24 @@ class BusPanel : public ProgramForm {
   // Does what is pending, in the order of the list.
   void run_deferred(const std::vector<DeferredWork>& work);
 
-  // --- showing ---
+  const PanelModel& model;
+
+ protected:
+  // True in the code of a pass whose collection was begun anew meanwhile: its transfers don't take place
+  // and bring 0, its sleeps are over at once, and its measurement is dropped.
+  virtual bool overtaken() const { return false; }
+  void Sleep(std::int64_t milliseconds) {
+    if (!overtaken()) ProgramForm::Sleep(milliseconds);
+  }
 
   // A heartbeat between black and light green.
   void beat(Shape& shape);
+
+ private:
+  int address(AddressForm form) const {
+    return form == AddressForm::write ? store.I2C_WrAdr : store.I2C_RdAdr;
+  }
+  void checked_transfer(bool read);
 };
 
 }  // namespace varzelin

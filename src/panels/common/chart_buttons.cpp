@@ -54,7 +54,6 @@ void SensorPanel::cmdAutoScale_Click() {
   draw_labels();
   store.Sample_Run = false_flag;
   DoEvents(100);
-  Restore_Screen(store, Picture1);
   restart_collection();
 }
 

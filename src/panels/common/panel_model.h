@@ -11,6 +11,22 @@ struct DeviceRow {
   std::uint8_t write_address;  // what I2C_WrAdr becomes when the row is chosen
 };
 
+// Which form of the sensor's address a write carries.
+enum class AddressForm { write, read };
+
+// The unchecked transfers, or the checked ones: those test the session and the device before, log what
+// fails, and a failed read stops the timed loop as well.
+enum class Transfers { fast, checked };
+
+// What becomes of the session behind the last sample of a timed run.
+enum class SessionEnd { disconnect, connect_again, leave };
+
+// The button that leaves the program.
+struct ExitButton {
+  const char* name = "Command4";
+  bool stays_in_loops = false;
+};
+
 struct PanelModel {
   const char* form_name;
   const char* title;
@@ -20,12 +36,19 @@ struct PanelModel {
   std::vector<DeviceRow> devices;
   // The real-time loop wakes this long before a sample is due (milliseconds), and sleeps up to
   // `sleep_margin` before it.
-  int wake_margin;
-  int sleep_margin;
-  // Sleep of a pass once the trace fills the chart, milliseconds.
-  int full_trace_sleep;
+  int wake_margin = 4;
+  int sleep_margin = 3;
+  int full_trace_sleep = 1;  // of a pass once the trace fills the chart, milliseconds
+  int shown_reply_bytes = 3;
+  ExitButton exit_button = {};
   // Panels that Exit unloads beside the shell's own forms.
-  std::vector<const char*> unloaded_panels;
+  std::vector<const char*> unloaded_panels = {};
+  AddressForm write_address = AddressForm::write;
+  Transfers transfers = Transfers::fast;
+  SessionEnd sampling_session_end = SessionEnd::disconnect;
+  // Yields at the end of a collection before the session is closed; 0: it is closed first of all.
+  int yields_before_disconnect = 0;
+  bool integration_timer = true;  // Tmr_Integration has a handler
 };
 
 }  // namespace varzelin

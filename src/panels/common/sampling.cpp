@@ -15,8 +15,17 @@ constexpr int enter_key = 13;
 
 void SensorPanel::cmdSample_Click() {
   if (!sampling_allowed()) return;
+  start_sampling();
+  hold_session();
+  while (store.AbortRequested != true_flag && loaded()) timed_pass();
+  if (store.TriggerDone != 0) Record_Triggered_Light_Count();
+  end_sampling();
+}
+
+void SensorPanel::start_sampling() {
   Label18.Caption = collecting_text;
   cmdSample.Visible = false;
+  if (!model.exit_button.stays_in_loops) Command4.Visible = false;
   shpSample.Visible = true;
   cmdCollectData.Enabled = false;
   cmdEndSampling.Visible = true;
@@ -26,16 +35,6 @@ void SensorPanel::cmdSample_Click() {
   sampling_starts();
   store.Sample_Count = 0;
   clear_samples();
-  hold_session();
-  while (store.AbortRequested != true_flag) timed_pass();
-  if (store.TriggerDone != 0) Record_Triggered_Light_Count();
-  store.AbortRequested = false_flag;
-  release_session();
-  cmdEndSampling.Visible = false;
-  cmdAbort.Visible = false;
-  cmdSample.Visible = true;
-  sampling_ended();
-  cmdCollectData.Enabled = true;
 }
 
 void SensorPanel::timed_pass() {
@@ -54,7 +53,21 @@ void SensorPanel::timed_pass() {
   Record_Triggered_Light_Count();
   beat(shpSample);
   DoEvents();
+  sampling_pass_ends();
   run_sampling_work();
+}
+
+void SensorPanel::end_sampling() {
+  store.AbortRequested = false_flag;
+  store.Man_Usb_Conn = false_flag;
+  if (model.sampling_session_end == SessionEnd::disconnect) disconnect();
+  if (model.sampling_session_end == SessionEnd::connect_again) connect();
+  cmdEndSampling.Visible = false;
+  cmdAbort.Visible = false;
+  cmdSample.Visible = true;
+  Command4.Visible = true;
+  sampling_ended();
+  cmdCollectData.Enabled = true;
 }
 
 // --- real-time collection ---
@@ -85,6 +98,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   cmdSample.Enabled = false;
   cmdCollectData.Enabled = false;
   cmdStopData.Visible = true;
+  if (!model.exit_button.stays_in_loops) Command4.Visible = false;
   store.PendingUpdate = false_flag;
   store.AbortRequested = false_flag;
   collection_starts();
@@ -93,8 +107,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   clear_samples();
   store.Sample_Run = true_flag;
   for (forms::Control* control :
-       {static_cast<forms::Control*>(&Label6), static_cast<forms::Control*>(&Label14),
-        static_cast<forms::Control*>(&txtTime1), static_cast<forms::Control*>(&txtTime3)}) {
+       std::initializer_list<forms::Control*>{&Label6, &Label14, &txtTime1, &txtTime3}) {
     control->Visible = true;
   }
   last_mark_ = timeGetTime();
@@ -102,23 +115,29 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
 }
 
 void SensorPanel::collect(std::int32_t interval_ms) {
-  struct Mark {
-    explicit Mark(bool& is_set) : set(is_set) { set = true; }
-    ~Mark() { set = false; }
-    bool& set;
-  } const mark(collecting_);
+  struct OnStack {
+    explicit OnStack(SensorPanel& owner) : panel(owner) {
+      panel.collecting_ = true;
+      panel.loop_depth_ = panel.runtime().handlers_on_stack();
+    }
+    ~OnStack() {
+      panel.collecting_ = false;
+      panel.begun_anew_ = false;
+    }
+    SensorPanel& panel;
+  } const on_stack(*this);
   start_collection(interval_ms);
   hold_session();
-  while (store.Sample_Run == true_flag) collection_pass();
-  begun_anew_ = false;
+  while (store.Sample_Run == true_flag && loaded()) collection_pass();
 }
 
 void SensorPanel::collection_pass() {
   begun_anew_ = false;
+  begin_pass();
   pace(due_);
   if (!begun_anew_) {
     txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
-    read_measurement();
+    commit(measure());
   }
   if (!begun_anew_) run_collection_work();
   const bool going_on = !begun_anew_ && store.Sample_Run != 0;
@@ -137,16 +156,55 @@ void SensorPanel::collection_pass() {
     advance_trace();
   }
   show_measurement();
+  end_pass();
+}
+
+void SensorPanel::commit(const Measurement& measurement) {
+  if (begun_anew_) return;
+  store.Sample_Value[slot()] = measurement.value;
+  if (measurement.second) store.Sample_Value2[slot()] = *measurement.second;
+  store.Reading = measurement.reading;
+}
+
+std::int32_t SensorPanel::measurement_row() const {
+  return trace_row(store.Reading, store.Scale_Min, store.Scale_Max);
+}
+
+void SensorPanel::show_measurement() {
+  txtReading.Text = forms::CStr(store.Reading);
 }
 
 void SensorPanel::end_collection() {
-  release_session();
+  store.Sample_Run = false_flag;
+  store.Man_Usb_Conn = false_flag;
+  if (model.yields_before_disconnect == 0) disconnect();
   store.AbortRequested = false_flag;
   cmdCollectData.Enabled = true;
   cmdStopData.Visible = false;
   cmdCollectData.Caption = "Collect Data Graphical Real Time Data";
   DoEvents();
   cmdSample.Enabled = true;
+  Command4.Visible = true;
+  collection_ended();
+  if (model.yields_before_disconnect == 0) return;
+  DoEvents(model.yields_before_disconnect);
+  disconnect();
+}
+
+bool SensorPanel::overtaken() const {
+  return begun_anew_ && runtime().handlers_on_stack() == loop_depth_;
+}
+
+bool SensorPanel::stop_running_collection() {
+  const bool was_running = store.Sample_Run != 0;
+  store.Sample_Run = false_flag;
+  DoEvents();
+  return was_running;
+}
+
+void SensorPanel::restart_collection() {
+  Restore_Screen(store, Picture1);
+  cmdCollectData_Click();
 }
 
 // The loop wakes a little early: the rest of the wait goes to other handlers, not to the sleep.
@@ -154,7 +212,7 @@ void SensorPanel::pace(std::int64_t due) {
   while (timeGetTime() < due - model.wake_margin && !begun_anew_) {
     DoEvents();
     const std::int64_t now = timeGetTime();
-    if (now < due - model.sleep_margin && !begun_anew_) Sleep(due - model.sleep_margin - now);
+    if (now < due - model.sleep_margin) Sleep(due - model.sleep_margin - now);
   }
 }
 
@@ -227,7 +285,7 @@ void SensorPanel::txtInterval_KeyPress(int& KeyAscii) {
   clear_trace(store);
   Restore_Screen(store, Picture1);
   DoEvents();
-  restart_collection();
+  cmdCollectData_Click();
 }
 
 // Leaving the box changes the labels but not the pace: IntervalMs stays.

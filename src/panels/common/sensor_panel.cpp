@@ -1,15 +1,18 @@
 #include "panels/common/sensor_panel.h"
 
 #include "bridge/log.h"
+#include "bridge/text_utilities.h"
 #include "waveform/trace.h"
+#include "workbench/gpio_panel.h"
 
 namespace varzelin {
 
 SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
-    : BusPanel(owner, panel_model.form_name, panel_model.title),
-      model(panel_model),
+    : BusPanel(owner, panel_model),
       cmdSample(*this, "cmdSample", {.Caption = "Trigger / Read Light Sensor with Selected Delay Time"}),
       txtInterval(*this, "txtInterval", {.Text = panel_model.interval}),
+      txtSampleByte(*this, "txtSampleByte",
+                    forms::elements(panel_model.shown_reply_bytes, [](int) { return Design{}; })),
       Picture2(*this, "Picture2", {.Width = label_width, .Height = label_height}),
       Picture1(*this, "Picture1",
                {.Container = &Picture2,
@@ -19,7 +22,10 @@ SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
       txtScale(*this, "txtScale",
                {.Text = panel_model.scale,
                 .ToolTipText = "Enter a number here followed by the \"Enter\" key to set the Max range toa "
-                               "specific number."}) {
+                               "specific number."}),
+      Command4(*this, panel_model.exit_button.name,
+               {.Caption = "Exit", .ToolTipText = "Click here when you wish to exit the program."}) {
+  on(Command4, Event::Click, &SensorPanel::Command4_Click);
   on(frmAbout, Event::Click, &SensorPanel::frmAbout_Click);
   on(LstDeviceSel, Event::MouseUp, &SensorPanel::LstDeviceSel_MouseUp);
   on(cmdSample, Event::Click, &SensorPanel::cmdSample_Click);
@@ -31,7 +37,7 @@ SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
   on(txtInterval, Event::LostFocus, &SensorPanel::txtInterval_LostFocus);
   on(txtScale, Event::Click, &SensorPanel::txtScale_Click);
   on(TmrSample, Event::Timer, &SensorPanel::TmrSample_Timer);
-  on(Tmr_Integration, Event::Timer, &SensorPanel::Tmr_Integration_Timer);
+  if (model.integration_timer) on(Tmr_Integration, Event::Timer, &SensorPanel::Tmr_Integration_Timer);
   on(cmdWaveformINit, Event::Click, &SensorPanel::cmdWaveformINit_Click);
   on(cmdDrawTrace, Event::Click, &SensorPanel::cmdDrawTrace_Click);
   on(cmdScale, Event::Click, &SensorPanel::cmdScale_Click);
@@ -140,7 +146,7 @@ void SensorPanel::LstDeviceSel_MouseUp() {
   txtI2cXmitAdr.Text = forms::Hex(store.I2C_WrAdr);
 }
 
-void SensorPanel::exit_click() {
+void SensorPanel::Command4_Click() {
   cmdAbort_Click();
   store.Sample_Run = false_flag;
   for (forms::Control* control : controls()) {
@@ -166,10 +172,35 @@ void SensorPanel::Tmr_Integration_Timer() {
   store.IntegrationMs += 25.0;
 }
 
+void SensorPanel::toggle_leds() {
+  auto& gpio = form<frmGPIO>();
+  for (const int led : {0, 1}) gpio.ChKLedData(led).Value = gpio.ChKLedData(led).Value == 0 ? 1 : 0;
+  gpio.cmdGPIO_Write_Click();
+}
+
+void SensorPanel::show_comm_test(bool good) {
+  show_verdict(LblCommTest, good);
+  LblCommTest.ForeColor = good ? forms::clr_button_text : forms::clr_white;
+}
+
+void SensorPanel::show_reply_bytes() {
+  txtSampleByte(0).Text = forms::Hex(reply(0));
+  txtSampleByte(1).Text = forms::Hex2(reply(1));
+  txtSampleByte(2).Text = forms::Hex(reply(2));
+  show_count_of_bytes(txtSampleByte(2), txtSampleByte(1), txtADHex, txtADDec);
+}
+
+void SensorPanel::show_count_of_bytes(TextBox& high, TextBox& low, TextBox& hex, TextBox& decimal) {
+  hex.Text = high.Text + low.Text;
+  std::int32_t count = 0;
+  HexToLong(hex.Text, count);
+  decimal.Text = forms::CStr(count);
+}
+
 void SensorPanel::wait_integration() {
   store.IntegrationMs = 0;
   Tmr_Integration.Enabled = true;
-  while (store.IntegrationMs <= 1000 && Tmr_Integration.Enabled) DoEvents();
+  while (store.IntegrationMs <= 1000 && Tmr_Integration.Enabled && !overtaken()) DoEvents();
   Tmr_Integration.Enabled = false;
 }
 

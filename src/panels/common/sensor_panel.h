@@ -1,14 +1,21 @@
 // The pattern that all sensor panels repeat: load order, the two sampling loops and their stop
 // buttons, the interval, the chart's buttons, the device list, the exit and the measurement file. A
-// family derives from it and fills in what its sensors do.
+// family derives from it and fills in what its sensors do; the loops themselves are this class's alone.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "panels/common/bus_panel.h"
-#include "panels/common/panel_model.h"
 
 namespace varzelin {
+
+// What one pass of the real-time loop brings.
+struct Measurement {
+  std::int32_t value = 0;                             // goes to Sample_Value
+  std::optional<std::int32_t> second = std::nullopt;  // goes to Sample_Value2, where there is one
+  std::int32_t reading = 0;                           // for the chart and the box, in display units
+};
 
 class SensorPanel : public BusPanel {
  public:
@@ -22,8 +29,8 @@ class SensorPanel : public BusPanel {
   void Form_Load() override;
 
   // --- handlers ---
-  virtual void cmdSample_Click();
-  virtual void cmdCollectData_Click();
+  void cmdSample_Click();
+  void cmdCollectData_Click();
   void cmdAbort_Click();
   virtual void cmdEndSampling_Click();
   virtual void cmdStopData_Click();
@@ -33,7 +40,7 @@ class SensorPanel : public BusPanel {
   void txtInterval_LostFocus();
   virtual void txtScale_Click();
   virtual void LstDeviceSel_MouseUp();
-  void exit_click();
+  void Command4_Click();
   void frmAbout_Click();
 
   void cmdWaveformINit_Click();
@@ -47,9 +54,9 @@ class SensorPanel : public BusPanel {
   void cmdStartRec_Click(int Index);
 
  protected:
-  // --- what a family fills in ---
+  // --- what a family fills in: the load ---
 
-  // Step 3 of the load: lookup tables, hidden controls.
+  // Lookup tables, lists, hidden controls.
   virtual void load_model() {}
   // The time axis at load.
   virtual void build_time_labels_at_load() { build_time_labels(store.IntervalMs); }
@@ -58,32 +65,70 @@ class SensorPanel : public BusPanel {
   // The end of the load.
   virtual void finish_load() {}
 
-  // Whether timed sampling, or real-time collection, may start; says why not.
+  // --- the timed loop: trigger, delay, count, reading, deferred work ---
+
+  // Whether it may start; says why not.
   virtual bool sampling_allowed() { return true; }
-  virtual bool collection_allowed() { return true; }
-  // Controls beyond the pattern's that are out of the way while a loop runs.
+  // Sets the panel up, and puts it back: controls beyond the pattern's that are out of the way.
   virtual void sampling_starts() {}
   virtual void sampling_ended() {}
+  // Behind a reading.
+  virtual void sampling_pass_ends() {}
+  virtual void run_sampling_work() {}
+
+  // --- the real-time loop: pace, measurement, deferred work, trigger, chart ---
+
+  // Whether it may start; says why not, or makes it so.
+  virtual bool collection_allowed() { return true; }
+  // Sets the panel up; also when the collection is begun anew.
   virtual void collection_starts() {}
+  virtual void collection_ended() {}
+  // A pass begins, before its wait.
+  virtual void begin_pass() {}
+  virtual Measurement measure() = 0;
+  virtual void run_collection_work() {}
+  // The pixel row of the latest measurement, within the plot.
+  virtual std::int32_t measurement_row() const;
+  virtual void show_measurement();
+  // A pass is over: history, auto-range, scale follower.
+  virtual void end_pass() {}
+
+  // --- both ---
+
   // Starts a conversion and sets TriggerDone.
   virtual void Trig_KVT7134X() = 0;
   // Fetches the reading of a trigger into Sample_Value(Sample_Count), and shows it.
   virtual void Record_Triggered_Light_Count() = 0;
-  // One real-time measurement into Sample_Value(Sample_Count).
-  virtual void read_measurement() = 0;
-  // Deferred register work of the timed and the real-time loop.
-  virtual void run_sampling_work() {}
-  virtual void run_collection_work() {}
-  // The pixel row of the latest measurement, within the plot.
-  virtual std::int32_t measurement_row() = 0;
-  virtual void show_measurement() = 0;
   // Header line of the measurement file, up to the interval.
   virtual std::string data_file_header() = 0;
 
-  // --- steps that families use in their own loops ---
+  // --- steps for a family's handlers ---
 
   std::int32_t interval_of_text() const;  // milliseconds, whole part of txtInterval's value
   std::int32_t scale_of_text() const;     // Scale_Max by the formula of the load
+  // Waits by Tmr_Integration until IntegrationMs exceeds a second.
+  void wait_integration();
+  // Stops a running collection and says whether there was one: what handlers begin with that change the
+  // measurement under it. restart_collection() begins it anew.
+  bool stop_running_collection();
+  void restart_collection();
+  // The reply's status and count bytes in txtSampleByte, and the count in txtADHex and txtADDec.
+  void show_reply_bytes();
+  // Puts a count's bytes together as texts: the high byte's, then the low byte's.
+  void show_count_of_bytes(TextBox& high, TextBox& low, TextBox& hex, TextBox& decimal);
+  // Turns both LEDs of the GPIO panel over and writes the ports.
+  void toggle_leds();
+  void show_comm_test(bool good);
+  // A slot of Sample_Value; raises subscript_out_of_range outside 0 to last_sample.
+  static std::size_t slot(std::int32_t sample);
+  std::size_t slot() const { return slot(store.Sample_Count); }
+
+  bool overtaken() const final;
+
+ private:
+  void fill_device_list();
+  void fill_delay_list();
+  void load_chart();
   void build_time_labels(std::int32_t interval_ms);
   void build_value_labels();  // Label_Left from Scale_Min in tenths of Scale_Span
   void draw_labels();
@@ -92,32 +137,22 @@ class SensorPanel : public BusPanel {
   void count_sample();  // one more sample, up to last_sample
   void show_count();
   void advance_trace();
-  // Waits until the sample of time `due` is to be taken.
-  void pace(std::int64_t due);
-  // Waits by Tmr_Integration until IntegrationMs exceeds a second.
-  void wait_integration();
-  // The collection that the pass in hand belongs to was begun anew: the pass puts nothing more on the bus.
-  bool overtaken() const { return begun_anew_; }
-  void restart_collection() { cmdCollectData_Click(); }
-  // A slot of Sample_Value; raises subscript_out_of_range outside 0 to last_sample.
-  static std::size_t slot(std::int32_t sample);
-  std::size_t slot() const { return slot(store.Sample_Count); }
 
-  const PanelModel& model;
-
- private:
-  void fill_device_list();
-  void fill_delay_list();
-  void load_chart();
+  void start_sampling();
+  void timed_pass();
+  void end_sampling();
   void start_collection(std::int32_t interval_ms);
   void collect(std::int32_t interval_ms);
   void collection_pass();
+  // Waits until the sample of time `due` is to be taken.
+  void pace(std::int64_t due);
+  void commit(const Measurement& measurement);
   void end_collection();
-  void timed_pass();
   void write_data_file();
 
   bool collecting_ = false;       // the real-time loop, or its start, is on the stack
   bool begun_anew_ = false;       // a collection began since the loop's pass began
+  int loop_depth_ = 0;            // handlers on the stack where the real-time loop runs
   std::int32_t interval_ms_ = 0;  // pace of the collection
   std::int64_t last_mark_ = 0;    // timeGetTime of the last trigger
   std::int64_t due_ = 0;
@@ -165,6 +200,13 @@ class SensorPanel : public BusPanel {
   Label Label14{*this, "Label14", {.Caption = "Command to Command Time (mS)", .Visible = false}};
   TextBox txtTime1{*this, "txtTime1", {.Visible = false}};
 
+  Label lblSampleByte{*this, "lblSampleByte", {.Caption = "Reply Bytes"}};
+  ControlArray<TextBox> txtSampleByte;
+  Label lblADHex{*this, "lblADHex", {.Caption = "AD Count Hex"}};
+  TextBox txtADHex{*this, "txtADHex"};
+  Label lblADDec{*this, "lblADDec", {.Caption = "AD Count Dec"}};
+  TextBox txtADDec{*this, "txtADDec"};
+
   PictureBox Picture2;  // the labels, behind the plot
   PictureBox Picture1;  // the plot
   CommandButton cmdWaveformINit{*this, "cmdWaveformINit", {.Caption = "Init Waveform"}};
@@ -201,6 +243,8 @@ class SensorPanel : public BusPanel {
                       {.ToolTipText = "Contains Path + File name where measurement data will be written.",
                        .Container = &frmDataRecord}};
   CommonDialog CommonDialog2{*this, "CommonDialog2"};
+
+  CommandButton Command4;
 
   Timer TmrSample{*this, "TmrSample", {.Enabled = false, .Interval = 1000}};
   Timer Tmr_Integration{*this, "Tmr_Integration", {.Enabled = false, .Interval = 25}};

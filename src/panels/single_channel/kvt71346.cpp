@@ -1,9 +1,7 @@
 #include "panels/single_channel/kvt71346.h"
 
-#include "bridge/text_utilities.h"
 #include "panels/single_channel/models.h"
 #include "waveform/trace.h"
-#include "workbench/gpio_panel.h"
 #include "workbench/workbench.h"
 
 namespace varzelin {
@@ -38,7 +36,6 @@ frmKVT71346::frmKVT71346(Program& owner)
   on(Lst71346_Mode, Event::MouseUp, &frmKVT71346::Lst71346_Mode_MouseUp);
   on(LstMode2, Event::MouseUp, &frmKVT71346::LstMode2_MouseUp);
   on(lst_MainOptions, Event::MouseUp, &frmKVT71346::lst_MainOptions_MouseUp);
-  on(CommandButton1, Event::Click, &frmKVT71346::CommandButton1_Click);
 }
 
 // --- load and unload ---
@@ -87,7 +84,7 @@ void frmKVT71346::cmdSetMode_Click() {
   Label17.Visible = !single;
   txtReading2.Visible = !single;
   store.I2C_RdCnt = single ? 2 : 4;
-  send({0, store.I2C_WrAdr, mode, 0});
+  register_write(mode, 0);
   lblRegSet.Caption = "Control Register set to " + txtModeByte.Text + " Hex";
   lblRegSet.ForeColor = forms::clr_black;
   disconnect_by_rule();
@@ -99,13 +96,13 @@ void frmKVT71346::select_mode(int row) {
   ModeIndex = static_cast<std::int16_t>(Lst71346_Mode.ListIndex.get());
 }
 
-void frmKVT71346::show_time_twin_in_mode_list() {
+void frmKVT71346::show_diode_of_mode() {
   if (ModeIndex >= diode1_row) LstMode2.ListIndex = (ModeIndex - mode2_offset) % external_offset;
 }
 
 void frmKVT71346::Lst71346_Mode_MouseUp() {
   ModeIndex = static_cast<std::int16_t>(Lst71346_Mode.ListIndex.get());
-  show_time_twin_in_mode_list();
+  show_diode_of_mode();
   cmdSetMode_Click();
   store.EventsEnabled = false_flag;
   if (ModeIndex >= diode1_row) OptTimeBase(ModeIndex <= difference_row ? 0 : 1).Value = true;
@@ -128,23 +125,14 @@ void frmKVT71346::OptTimeBase_Click(int Index) {
     if (Index == 0 && row > difference_row) row -= external_offset;
     if (Index == 1 && row >= diode1_row && row <= difference_row) row += external_offset;
     select_mode(row);
-    show_time_twin_in_mode_list();
+    show_diode_of_mode();
     cmdSetMode_Click();
   }
   restart_if(was_running);
 }
 
-bool frmKVT71346::stop_running_collection() {
-  const bool was_running = store.Sample_Run != 0;
-  store.Sample_Run = false_flag;
-  DoEvents();
-  return was_running;
-}
-
 void frmKVT71346::restart_if(bool was_running) {
-  if (!was_running || ModeIndex < diode1_row) return;
-  Restore_Screen(store, Picture1);
-  restart_collection();
+  if (was_running && ModeIndex >= diode1_row) restart_collection();
 }
 
 void frmKVT71346::lst_MainOptions_MouseUp() {
@@ -175,12 +163,6 @@ void frmKVT71346::OptMode_Click(int Index) {
   }
 }
 
-void frmKVT71346::toggle_leds() {
-  auto& gpio = form<frmGPIO>();
-  for (const int led : {0, 1}) gpio.ChKLedData(led).Value = gpio.ChKLedData(led).Value == 0 ? 1 : 0;
-  gpio.cmdGPIO_Write_Click();
-}
-
 void frmKVT71346::test_communications() {
   hold_session();
   txtADHex.Text = "";
@@ -201,11 +183,6 @@ void frmKVT71346::test_communications() {
   DoEvents();
 }
 
-void frmKVT71346::show_comm_test(bool good) {
-  show_verdict(LblCommTest, good);
-  LblCommTest.ForeColor = good ? forms::clr_button_text : forms::clr_white;
-}
-
 void frmKVT71346::cbReset_Click() {
   cbReset.Caption = "Resetting ADC";
   Lst71346_Mode.ListIndex = reset_row;
@@ -223,8 +200,7 @@ void frmKVT71346::cbReset_Click() {
 
 void frmKVT71346::Trig_KVT7134X() {
   const std::uint8_t mode = mode_byte();
-  send({0, store.I2C_WrAdr, mode});
-  if (overtaken()) return;
+  command_write(mode);
   txtModeByte.Text = forms::Hex2(mode);
   store.TriggerDone = true_flag;
 }
@@ -235,11 +211,13 @@ void frmKVT71346::Record_Triggered_Light_Count() {
     return;
   }
   // The sensor has no registers, so the request has no register byte.
-  send({store.I2C_RdCnt, store.I2C_RdAdr});
+  send({store.I2C_RdCnt, store.I2C_RdAdr}, sensor_route());
   Sleep(slow_read_wait_ms);
-  receive(slow_reply_size);
+  receive(slow_reply_size, sensor_route());
   DoEvents();
-  store_reply();
+  const Measurement counts = reply_counts();
+  store.Sample_Value[slot()] = counts.value;
+  if (counts.second) store.Sample_Value2[slot()] = *counts.second;
   txtReading.Text = forms::Str(store.Sample_Value[slot()]);
   txtReading2.Text = forms::Str(store.Sample_Value2[slot()]);
   show_reply_bytes();
@@ -247,19 +225,10 @@ void frmKVT71346::Record_Triggered_Light_Count() {
   store.TriggerDone = false_flag;
 }
 
-void frmKVT71346::store_reply() {
-  store.Sample_Value[slot()] = reply_word(1);
-  if (store.SingleReading == 0) store.Sample_Value2[slot()] = reply_word(3);
-}
-
-void frmKVT71346::show_reply_bytes() {
-  txtSampleByte(0).Text = forms::Hex(reply(0));
-  txtSampleByte(1).Text = forms::Hex2(reply(1));
-  txtSampleByte(2).Text = forms::Hex(reply(2));
-  txtADHex.Text = txtSampleByte(2).Text + txtSampleByte(1).Text;
-  std::int32_t count = 0;
-  HexToLong(txtADHex.Text, count);
-  txtADDec.Text = forms::CStr(count);
+Measurement frmKVT71346::reply_counts() const {
+  Measurement counts{.value = reply_word(1), .reading = reply_word(1)};
+  if (store.SingleReading == 0) counts.second = reply_word(3);
+  return counts;
 }
 
 void frmKVT71346::sampling_starts() {
@@ -278,20 +247,16 @@ void frmKVT71346::collection_starts() {
   DoEvents();
 }
 
-void frmKVT71346::read_measurement() {
-  send({store.I2C_RdCnt, store.I2C_RdAdr});
-  if (overtaken()) return;
-  receive(fast_reply_size);
-  if (overtaken()) return;
-  store_reply();
+Measurement frmKVT71346::measure() {
+  send({store.I2C_RdCnt, store.I2C_RdAdr}, sensor_route());
+  receive(fast_reply_size, sensor_route());
+  return reply_counts();
 }
 
-std::int32_t frmKVT71346::measurement_row() {
-  if (store.Scale_Max == 0) forms::raise_error(forms::division_by_zero);
-  const double row =
-      forms::Int(plot_rows - store.Sample_Value[slot()] * (static_cast<double>(plot_rows) / store.Scale_Max));
+std::int32_t frmKVT71346::measurement_row() const {
+  const std::int32_t row = whole_trace_row(store.Reading, store.Scale_Max);
   // A row below the plot goes to its top on this panel.
-  return row > plot_rows || row < 1 ? 1 : static_cast<std::int32_t>(row);
+  return row > plot_rows || row < 1 ? 1 : row;
 }
 
 void frmKVT71346::show_measurement() {

@@ -24,7 +24,6 @@ class frmKVT71346 final : public SensorPanel {
   void Lst71346_Mode_MouseUp();
   void LstMode2_MouseUp();
   void lst_MainOptions_MouseUp();
-  void CommandButton1_Click() { exit_click(); }
 
   // The mode bytes of the sensor's command set, by row of Lst71346_Mode.
   static constexpr std::array<std::uint8_t, 6> ModeTable{0x8C, 0x0C, 0x00, 0x04, 0x08, 0xA5};
@@ -39,22 +38,19 @@ class frmKVT71346 final : public SensorPanel {
   void collection_starts() override;
   void Trig_KVT7134X() override;
   void Record_Triggered_Light_Count() override;
-  void read_measurement() override;
-  std::int32_t measurement_row() override;
+  Measurement measure() override;
+  std::int32_t measurement_row() const override;
   void show_measurement() override;
   std::string data_file_header() override;
 
  private:
   std::uint8_t mode_byte() const;
   void select_mode(int row);
-  void show_time_twin_in_mode_list();
-  void store_reply();
-  void show_reply_bytes();
-  void toggle_leds();
+  // Selects the row of LstMode2 that has the diode of the present mode.
+  void show_diode_of_mode();
+  Measurement reply_counts() const;
   void test_communications();
-  void show_comm_test(bool good);
-  // What handlers that change the mode inside a running loop do: stop it, and start it again.
-  bool stop_running_collection();
+  // A mode that measures goes on with a collection that ran before.
   void restart_if(bool was_running);
 
  public:
@@ -86,19 +82,6 @@ class frmKVT71346 final : public SensorPanel {
                          .ToolTipText = "The resets the KVT71346 and then places it in D1, Internal "
                                         "Integration Sensing Mode."}};
   ControlArray<OptionButton> OptTimeBase;
-
-  Label lblSampleByte{*this, "lblSampleByte", {.Caption = "Reply Bytes"}};
-  ControlArray<TextBox> txtSampleByte{*this, "txtSampleByte",
-                                      forms::elements(3, [](int) { return Design{}; })};
-  Label lblADHex{*this, "lblADHex", {.Caption = "AD Count Hex"}};
-  TextBox txtADHex{*this, "txtADHex"};
-  Label lblADDec{*this, "lblADDec", {.Caption = "AD Count Dec"}};
-  TextBox txtADDec{*this, "txtADDec"};
-
-  CommandButton CommandButton1{
-      *this,
-      "CommandButton1",
-      {.Caption = "Exit", .ToolTipText = "Click here when you wish to exit the program."}};
 };
 
 }  // namespace varzelin

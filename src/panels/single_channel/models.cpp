@@ -22,6 +22,7 @@ const PanelModel kvt71346_model{
     .wake_margin = 8,
     .sleep_margin = 8,
     .full_trace_sleep = 10,
+    .exit_button = {.name = "CommandButton1", .stays_in_loops = true},
     .unloaded_panels = {"frmKVT71356"},
 };
 
