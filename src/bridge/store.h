@@ -86,6 +86,9 @@ struct Store {
   double IntegrationMs = 0;                        // counts up while Tmr_Integration runs
   Flag EventsEnabled = 0;                          // false while a handler moves option buttons itself
   std::int32_t Reading = 0;                        // latest value to plot, display units
+  std::int32_t RawReading = 0;                     // light count of the present sample, as read
+  std::int32_t RawReading2 = 0;                    // its integration cycle count
+  std::int16_t MsbLimit = 127;                     // largest top byte of a valid count
   double PeakReading = 0;                          // greatest Reading of the collection
   std::int16_t Board_Rev = 2;
   std::array<std::uint8_t, 9> RegImage{};  // a panel's image of the writable registers, r0 first

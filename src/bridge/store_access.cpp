@@ -111,16 +111,17 @@ constexpr std::array variables{SINGLE(Rev_Sel),         SINGLE(Usb_Open),
                                SINGLE(Sample_Count),    LIST(Sample_Value),
                                LIST(Sample_Value2),     SINGLE(IntegrationMs),
                                SINGLE(EventsEnabled),   SINGLE(Reading),
-                               SINGLE(PeakReading),     SINGLE(Board_Rev),
-                               LIST(RegImage),          SINGLE(PendingUpdate),
-                               SINGLE(PendingClearInt), SINGLE(PendingReadRegs),
-                               SINGLE(PendingWriteR0),  SINGLE(PendingWriteR1),
-                               SINGLE(PendingIntHigh),  SINGLE(PendingIntLow),
-                               SINGLE(Fails_Before),    SINGLE(Fails_Now),
-                               SINGLE(Clr_Black),       SINGLE(Clr_DkGreen),
-                               SINGLE(Clr_Gray),        SINGLE(Clr_Blue),
-                               SINGLE(Clr_LtGreen),     SINGLE(Clr_Red),
-                               SINGLE(Clr_White)};
+                               SINGLE(RawReading),      SINGLE(RawReading2),
+                               SINGLE(MsbLimit),        SINGLE(PeakReading),
+                               SINGLE(Board_Rev),       LIST(RegImage),
+                               SINGLE(PendingUpdate),   SINGLE(PendingClearInt),
+                               SINGLE(PendingReadRegs), SINGLE(PendingWriteR0),
+                               SINGLE(PendingWriteR1),  SINGLE(PendingIntHigh),
+                               SINGLE(PendingIntLow),   SINGLE(Fails_Before),
+                               SINGLE(Fails_Now),       SINGLE(Clr_Black),
+                               SINGLE(Clr_DkGreen),     SINGLE(Clr_Gray),
+                               SINGLE(Clr_Blue),        SINGLE(Clr_LtGreen),
+                               SINGLE(Clr_Red),         SINGLE(Clr_White)};
 
 #undef SINGLE
 #undef LIST

@@ -1,6 +1,7 @@
 #include "bridge/transfer.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
 #include "bridge/log.h"
@@ -20,10 +21,30 @@ void raw_transfer(Program& program, bool read) {
 
 namespace {
 
+// A yield in the middle of a transfer: a handler that runs in it may transfer something else, and finds the
+// variables free. They are put back behind it.
+void yield_within_transfer(Program& program) {
+  Store& store = program.store;
+  constexpr std::size_t longest = 32;
+  if (store.Xfer_Buf.size() > longest) {
+    program.runtime.DoEvents();
+    return;
+  }
+  const auto pipe = store.Pipe_Num;
+  const auto size = store.Xfer_Size;
+  std::array<std::uint8_t, longest> bytes;
+  const std::size_t count = store.Xfer_Buf.size();
+  std::ranges::copy(store.Xfer_Buf, bytes.begin());
+  program.runtime.DoEvents();
+  store.Pipe_Num = pipe;
+  store.Xfer_Size = size;
+  store.Xfer_Buf.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
 void fast_transfer(Program& program, bool read) {
   Store& store = program.store;
   const std::int32_t collection = store.Collections;
-  program.runtime.DoEvents();
+  yield_within_transfer(program);
   // A collection begun in the yield has the transfer variables and the bus to itself: what was to be
   // transferred for the one before is void, and its failure would stop the new one.
   if (store.Collections != collection) return;
@@ -31,7 +52,7 @@ void fast_transfer(Program& program, bool read) {
   const bool good = store.Usb_Status == boards::success;
   if (!good) store.Sample_Run = false_flag;
   colour_attach_lamp(store, forms::QBColor(good ? store.Clr_LtGreen : store.Clr_Red));
-  program.runtime.DoEvents();
+  yield_within_transfer(program);
 }
 
 // False, with its words in the log, when the device doesn't give its information or has no pipes.
@@ -53,7 +74,7 @@ bool checked_transfer(Program& program, bool read, std::string_view routine) {
   Store& store = program.store;
   if (!device_is_ready(program, routine)) return false;
   const std::int32_t collection = store.Collections;
-  if (!read) program.runtime.DoEvents();
+  if (!read) yield_within_transfer(program);
   if (store.Collections != collection) return false;
   raw_transfer(program, read);
   const bool good = store.Usb_Status == boards::success;

@@ -1,6 +1,7 @@
 // The transfer routines. They take no arguments: a caller fills Pipe_Num, Xfer_Size and Xfer_Buf of
-// the shared store, then calls one. Each yields, so another handler may run in between and use the
-// same variables; the panels guard against that, the routines don't.
+// the shared store, then calls one. Each yields, so another handler may run in between and transfer
+// something else: the variables are put back behind it. What it does to the board isn't: a handler that
+// fetches a reply between another's request and reply takes that one's. The panels guard against that.
 #pragma once
 
 #include <cstdint>

@@ -94,4 +94,10 @@ Elements captioned(std::initializer_list<const char*> captions, Design common) {
   return result;
 }
 
+Elements captioned_options(std::initializer_list<const char*> captions, int selected, Design common) {
+  Elements result = captioned(captions, std::move(common));
+  result.at(static_cast<std::size_t>(selected)).second.Value = 1;
+  return result;
+}
+
 }  // namespace forms

@@ -168,6 +168,8 @@ Elements elements(int count, Make&& make) {
 
 // Elements 0, 1, ... with these captions in one container.
 Elements captioned(std::initializer_list<const char*> captions, Design common = {});
+// The same for option buttons, of which one is selected.
+Elements captioned_options(std::initializer_list<const char*> captions, int selected, Design common = {});
 
 // Controls of one name told apart by an index. Elements may be missing; touching a missing one
 // raises no_such_element.

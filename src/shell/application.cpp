@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "panels/multi_function/proximity_offset.h"
+#include "panels/single_channel/eight_register_panel.h"
 #include "panels/single_channel/kvt71346.h"
 #include "script/batch_panel.h"
 #include "script/script_panel.h"
@@ -22,6 +23,16 @@ void add(Program& program) {
   program.forms.add(F::form_name, [&program](const std::string&) { return std::make_unique<F>(program); });
 }
 
+// Panels of one class, each by its model's record.
+template <class Panel, class Models>
+void add_models(Program& program, const Models& models) {
+  for (const auto& model : models) {
+    program.forms.add(model.panel.form_name, [&program, &model](const std::string&) {
+      return std::make_unique<Panel>(program, model);
+    });
+  }
+}
+
 }  // namespace
 
 void add_forms(Program& program) {
@@ -35,6 +46,7 @@ void add_forms(Program& program) {
   });
   add<ALS_Batch>(program);
   add<frmKVT71346>(program);
+  add_models<EightRegisterPanel>(program, eight_register_models());
   add<frmProxOff>(program);
 }
 

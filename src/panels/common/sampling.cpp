@@ -7,7 +7,6 @@ namespace {
 
 constexpr const char* collecting_text = "Data Collection In Process";
 constexpr const char* halted_text = "Data Collection Halted";
-constexpr int enter_key = 13;
 
 }  // namespace
 
@@ -162,7 +161,8 @@ void SensorPanel::collection_pass() {
 void SensorPanel::commit(const Measurement& measurement) {
   if (begun_anew_) return;
   store.Sample_Value[slot()] = measurement.value;
-  if (measurement.second) store.Sample_Value2[slot()] = *measurement.second;
+  store.RawReading = measurement.raw;
+  if (measurement.second) store.Sample_Value2[slot()] = store.RawReading2 = *measurement.second;
   store.Reading = measurement.reading;
 }
 

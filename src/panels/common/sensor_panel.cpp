@@ -63,6 +63,11 @@ void SensorPanel::Form_Load() {
   TmrSample.Enabled = false;
   store.EventsEnabled = true_flag;
   store.TriggerDone = false_flag;
+  for (const auto pending :
+       {&Store::PendingUpdate, &Store::PendingClearInt, &Store::PendingReadRegs, &Store::PendingWriteR0,
+        &Store::PendingWriteR1, &Store::PendingIntHigh, &Store::PendingIntLow}) {
+    store.*pending = false_flag;
+  }
   LblCommTest.Visible = false;
   fill_device_list();
   store.SingleReading = true_flag;
@@ -190,7 +195,8 @@ void SensorPanel::show_reply_bytes() {
   show_count_of_bytes(txtSampleByte(2), txtSampleByte(1), txtADHex, txtADDec);
 }
 
-void SensorPanel::show_count_of_bytes(TextBox& high, TextBox& low, TextBox& hex, TextBox& decimal) {
+void SensorPanel::show_count_of_bytes(const TextBox& high, const TextBox& low, TextBox& hex,
+                                      TextBox& decimal) {
   hex.Text = high.Text + low.Text;
   std::int32_t count = 0;
   HexToLong(hex.Text, count);

@@ -14,6 +14,7 @@ namespace varzelin {
 struct Measurement {
   std::int32_t value = 0;                             // goes to Sample_Value
   std::optional<std::int32_t> second = std::nullopt;  // goes to Sample_Value2, where there is one
+  std::int32_t raw = 0;                               // the count as read
   std::int32_t reading = 0;                           // for the chart and the box, in display units
 };
 
@@ -23,6 +24,7 @@ class SensorPanel : public BusPanel {
   static constexpr std::int32_t last_sample = 1010;
   // Samples that are stored but reach neither the count nor the trace, while the sensor settles.
   static constexpr std::int32_t settling_samples = 10;
+  static constexpr int enter_key = 13;
 
   SensorPanel(Program& owner, const PanelModel& panel_model);
 
@@ -114,8 +116,8 @@ class SensorPanel : public BusPanel {
   void restart_collection();
   // The reply's status and count bytes in txtSampleByte, and the count in txtADHex and txtADDec.
   void show_reply_bytes();
-  // Puts a count's bytes together as texts: the high byte's, then the low byte's.
-  void show_count_of_bytes(TextBox& high, TextBox& low, TextBox& hex, TextBox& decimal);
+  // Puts a count's bytes together as texts, the high byte's in front of the low byte's.
+  static void show_count_of_bytes(const TextBox& high, const TextBox& low, TextBox& hex, TextBox& decimal);
   // Turns both LEDs of the GPIO panel over and writes the ports.
   void toggle_leds();
   void show_comm_test(bool good);

@@ -1,6 +1,6 @@
 #include "panels/single_channel/kvt71346.h"
 
-#include "panels/single_channel/models.h"
+#include "panels/single_channel/kvt71346_model.h"
 #include "waveform/trace.h"
 #include "workbench/workbench.h"
 
@@ -226,7 +226,8 @@ void frmKVT71346::Record_Triggered_Light_Count() {
 }
 
 Measurement frmKVT71346::reply_counts() const {
-  Measurement counts{.value = reply_word(1), .reading = reply_word(1)};
+  const std::int32_t count = reply_word(1);
+  Measurement counts{.value = count, .raw = count, .reading = count};
   if (store.SingleReading == 0) counts.second = reply_word(3);
   return counts;
 }

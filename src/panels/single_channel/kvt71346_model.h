@@ -1,4 +1,4 @@
-// The single-channel sensors' differences in what all panels share.
+// KVT71346 and KVT71347 in what all panels share.
 #pragma once
 
 #include "panels/common/panel_model.h"

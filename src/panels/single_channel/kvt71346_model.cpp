@@ -1,4 +1,4 @@
-#include "panels/single_channel/models.h"
+#include "panels/single_channel/kvt71346_model.h"
 
 namespace varzelin {
 
