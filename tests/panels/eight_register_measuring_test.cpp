@@ -1,0 +1,446 @@
+// How the panels over eight registers sample and collect.
+#include "support/eight_register_fixture.h"
+#include "workbench/gpio_panel.h"
+
+namespace varzelin::testing {
+namespace {
+
+template <class Fixture>
+struct Measuring : Fixture {
+  using Fixture::board;
+  using Fixture::store;
+
+  // Every five-byte reply brings these bytes.
+  void replying(std::vector<std::uint8_t> bytes) {
+    this->recorder.before_call = [this, bytes = std::move(bytes)] {
+      if (store.Pipe_Num == 130 && store.Xfer_Size == 5 && board.queued_replies() == 0)
+        board.queue_reply(bytes);
+    };
+  }
+  void external_timing() {
+    this->click(this->panel->ChkCommand(2));
+    this->forget_traffic();
+  }
+};
+
+using Kvt71344Measuring = Measuring<Kvt71344>;
+using Kvt71356Measuring = Measuring<Kvt71356>;
+
+// --- real time ---
+
+TEST_F(Kvt71344Measuring, APassUnderInternalTimingOnlyReads) {
+  collect(3);
+  const ByteLists out = sent();
+  EXPECT_TRUE(std::ranges::all_of(out, [](const auto& bytes) { return bytes == std::vector{2, 0x89, 4}; }));
+  EXPECT_EQ(recorder.packets[1].size, 5u);
+  EXPECT_GE(out.size(), 3u);
+  EXPECT_EQ(calls("WDU_VB_Init"), 1u);
+  EXPECT_EQ(store.TriggerDone, -1);
+}
+
+TEST_F(Kvt71344Measuring, APassUnderExternalTimingReadsBothAndEndsTheIntegration) {
+  external_timing();
+  collect(3);
+  const ByteLists out = sent();
+  ASSERT_GE(out.size(), 4u);
+  for (const std::size_t pass : {0u, 2u}) {
+    EXPECT_EQ(out[pass], (std::vector{4, 0x89, 4}));
+    EXPECT_EQ(out[pass + 1], (std::vector{0, 0x88, 0x80}));
+  }
+}
+
+TEST_F(Kvt71344Measuring, TheMarginsAreFourAndThreeMilliseconds) {
+  board.set_timing(false);
+  std::vector<double> requests;
+  recorder.before_call = [&] {
+    if (store.Xfer_Size == 3 && store.Sample_Run == -1) requests.push_back(clock.milliseconds());
+  };
+  collect(4);
+  ASSERT_GE(requests.size(), 4u);
+  // The wait sleeps up to 3 ms before the due time, which is past the 4 ms at which it may leave.
+  for (std::size_t i = 1; i < 4; ++i) EXPECT_NEAR(requests[i] - requests[i - 1], 97, 0.6);
+}
+
+TEST_F(Kvt71344Measuring, StoresTheCountAndShowsIt) {
+  replying({2, 0x34, 0x12, 0x78, 0x56});
+  collect(14);
+  EXPECT_EQ(store.Sample_Value[13], 0x1234);
+  EXPECT_EQ(store.Sample_Value2[13], 1);
+  EXPECT_EQ(store.RawReading, 0x1234);
+  EXPECT_EQ(store.Reading, 0x1234);
+  EXPECT_EQ(panel->txtReading.Text, "4660");
+  EXPECT_EQ(panel->txtReading3.Text, "");
+  EXPECT_EQ(store.Trace_Y[403], 304 - 57);  // 56.66 rows up: the whole part of 247.33
+}
+
+struct Ratio {
+  int graph;
+  int count, cycles;
+  std::int32_t reading;
+};
+
+TEST_F(Kvt71344Measuring, UnderExternalTimingTheGraphOptionChoosesTheReading) {
+  external_timing();
+  for (const Ratio& c : {Ratio{0, 1000, 2000, 1000},
+                         {1, 1000, 2000, 2000},
+                         {2, 1000, 2000, 16384},
+                         {2, 1000, 3000, 10923},
+                         {2, 3, 65536 - 1, 2},
+                         {2, 1000, 0, 1000},
+                         {1, 1000, 0, 0},
+                         {2, 65535, 1, 2147450880}}) {
+    panel->OptGraph(c.graph).select_quietly();
+    replying({4, static_cast<std::uint8_t>(c.count), static_cast<std::uint8_t>(c.count >> 8),
+              static_cast<std::uint8_t>(c.cycles), static_cast<std::uint8_t>(c.cycles >> 8)});
+    collect(2);
+    EXPECT_EQ(store.Reading, c.reading) << c.graph << " " << c.count << "/" << c.cycles;
+    EXPECT_EQ(panel->txtReading.Text, std::to_string(c.reading));
+    EXPECT_EQ(panel->txtReading2.Text, std::to_string(c.cycles));
+    EXPECT_EQ(panel->txtReading3.Text, std::to_string(c.count));
+    EXPECT_EQ(store.RawReading, c.count);
+    EXPECT_EQ(store.RawReading2, c.cycles);
+    // The file gets what was read, not the ratio.
+    EXPECT_EQ(store.Sample_Value[1], c.count);
+    EXPECT_EQ(store.Sample_Value2[1], c.cycles);
+    board.clear();
+  }
+}
+
+TEST_F(Kvt71344Measuring, TheRatioIsRoundedToTheNearest) {
+  external_timing();
+  for (const auto& [count, cycles, reading] :
+       {std::tuple{1, 65535, 1}, {1, 0xFFFE, 1}, {3, 65535, 2}, {1, 3, 10923}, {2, 3, 21845}}) {
+    replying({4, static_cast<std::uint8_t>(count), static_cast<std::uint8_t>(count >> 8),
+              static_cast<std::uint8_t>(cycles), static_cast<std::uint8_t>(cycles >> 8)});
+    collect(2);
+    EXPECT_EQ(store.Reading, reading) << count << "/" << cycles;
+    board.clear();
+  }
+}
+
+TEST_F(Kvt71344Measuring, TheRowIsTheWholePartWithinThePlot) {
+  struct Row {
+    int reading;
+    const char* scale;
+    int row;
+  };
+  for (const Row& c :
+       {Row{0, "25000", 304}, Row{1, "25000", 303}, Row{12500, "25000", 152}, Row{24917, "25000", 1},
+        Row{25000, "25000", 1}, Row{65535, "25000", 1}, Row{100, "-25000", 304}}) {
+    panel->txtScale.Text = c.scale;
+    replying({2, static_cast<std::uint8_t>(c.reading), static_cast<std::uint8_t>(c.reading >> 8), 0, 0});
+    collect(2);
+    EXPECT_EQ(store.Trace_Y[403], c.row) << c.reading << " of " << c.scale;
+    board.clear();
+  }
+}
+
+TEST_F(Kvt71344Measuring, HidesWhatIsOutOfTheWay) {
+  collect(5, [&] {
+    EXPECT_FALSE(panel->Command4.Visible);
+    EXPECT_TRUE(panel->cbReset.Visible);
+    EXPECT_FALSE(panel->cmdSample.Enabled);
+    EXPECT_EQ(panel->Label18.Caption, "Data Collection In Process");
+  });
+  EXPECT_TRUE(panel->Command4.Visible);
+  EXPECT_TRUE(panel->cmdSample.Enabled);
+}
+
+// --- guards ---
+
+TEST_F(Kvt71344Measuring, SamplingIsRefusedInResetAndInPowerDown) {
+  panel->Label18.Caption = "before";
+  click(panel->ChkCommand(0));
+  forget_traffic();
+  click(panel->cmdSample);
+  click(panel->ChkCommand(0));
+  click(panel->ChkCommand(1));
+  forget_traffic();
+  click(panel->cmdSample);
+  ASSERT_EQ(user.boxes.size(), 2u);
+  EXPECT_EQ(user.boxes[0].text, "Device Reset Control bit is active");
+  EXPECT_EQ(user.boxes[1].text, "Device ADC Core Power Down Control bit is active");
+  EXPECT_EQ(panel->Label18.Caption, "before");
+  EXPECT_TRUE(recorder.calls.empty());
+  EXPECT_TRUE(panel->cmdSample.Visible);
+}
+
+TEST_F(Kvt71344Measuring, ACollectionResetsByItselfAndStarts) {
+  for (const int box : {0, 1}) {
+    click(panel->ChkCommand(box));
+    forget_traffic();
+    collect(3);
+    EXPECT_TRUE(user.boxes.empty());
+    EXPECT_EQ(store.RegImage[0], 0x80);
+    EXPECT_EQ(sent()[0], (std::vector{0, 0x88, 0, 0x40}));
+    EXPECT_EQ(store.Sample_Count, 3);
+    panel->ChkCommand(box).Value = 0;
+  }
+}
+
+TEST_F(Kvt71356Measuring, ACollectionIsRefusedInResetAndInPowerDown) {
+  click(panel->ChkCommand(0));
+  forget_traffic();
+  click(panel->cmdCollectData);
+  click(panel->ChkCommand(0));
+  click(panel->ChkCommand(1));
+  forget_traffic();
+  click(panel->cmdCollectData);
+  click(panel->cmdSample);
+  ASSERT_EQ(user.boxes.size(), 3u);
+  EXPECT_EQ(user.boxes[0].text, "Device Reset Control bit is active");
+  EXPECT_EQ(user.boxes[1].text, "Device ADC Core Power Down Control bit is active");
+  EXPECT_EQ(user.boxes[2].text, "Device ADC Core Power Down Control bit is active");
+  EXPECT_TRUE(recorder.calls.empty());
+  EXPECT_EQ(store.Sample_Run, 0);
+}
+
+// --- deferred work ---
+
+TEST_F(Kvt71344Measuring, TheLoopDoesWhatWaitsInItsFixedOrder) {
+  collect(12, [&] {
+    forget_traffic();
+    store.PendingUpdate = -1;
+    for (const auto flag : {&Store::PendingReadRegs, &Store::PendingIntLow, &Store::PendingIntHigh,
+                            &Store::PendingWriteR0, &Store::PendingWriteR1, &Store::PendingClearInt}) {
+      store.*flag = -1;
+    }
+    panel->txtRegHex(3).Text = "03";
+  });
+  const auto first_write = std::ranges::find_if(recorder.packets, [](const Packet& packet) {
+    return packet.bytes.size() == 3 && packet.bytes[2] == 0x40 && packet.pipe == 2;
+  });
+  ASSERT_NE(first_write, recorder.packets.end());
+  std::vector<std::pair<int, std::vector<int>>> work;
+  for (auto packet = first_write; packet != recorder.packets.end() && work.size() < 12; ++packet) {
+    work.emplace_back(packet->pipe,
+                      packet->pipe == 2 || packet->pipe == 1 ? packet->bytes : std::vector<int>{});
+  }
+  const std::vector<std::pair<int, std::vector<int>>> wanted{{2, {0, 0x88, 0x40}},
+                                                             {1, {0, 0, 0, 0, 2}},
+                                                             {129, {}},
+                                                             {2, {0, 0x88, 1, 0x00}},
+                                                             {2, {0, 0x88, 0, 0x80}},
+                                                             {2, {0, 0x88, 2, 0xFF}},
+                                                             {2, {0, 0x88, 3, 0x03}},
+                                                             {2, {2, 0x89, 2}},
+                                                             {130, {}},
+                                                             {2, {2, 0x89, 0}},
+                                                             {130, {}}};
+  work.resize(wanted.size());
+  EXPECT_EQ(work, wanted);
+  EXPECT_EQ(store.PendingUpdate, 0);
+}
+
+TEST_F(Kvt71344Measuring, WithoutTheMainFlagNothingIsDone) {
+  collect(12, [&] {
+    forget_traffic();
+    store.PendingWriteR1 = -1;
+  });
+  EXPECT_TRUE(std::ranges::none_of(sent(), [](const auto& bytes) { return bytes[0] == 0; }));
+}
+
+// The timed loop sets no run flag: controls write at once in it, with their read-back.
+TEST_F(Kvt71344Measuring, InATimedRunAnOptionWritesAtOnce) {
+  at_yield(samples_reach(4), [&] {
+    forget_traffic();
+    forms::user::click(panel->OptGain(1));
+    EXPECT_EQ(sent(), written(1, 0x04));
+    at_yield(samples_reach(6), clicking(panel->cmdEndSampling));
+  });
+  click(panel->cmdSample);
+}
+
+// --- timed ---
+
+TEST_F(Kvt71344Measuring, ATimedPassReadsTheResultsTwice) {
+  panel->CboIntTime(5).ListIndex = 0;
+  sample(2);
+  const ByteLists out = sent();
+  ASSERT_GE(out.size(), 4u);
+  EXPECT_EQ(out[0], (std::vector{2, 0x89, 4}));
+  EXPECT_EQ(out[1], (std::vector{4, 0x89, 4}));
+  // The register boxes' read leaves its count.
+  EXPECT_EQ(out[2], (std::vector{4, 0x89, 4}));
+  for (const Packet& packet : recorder.packets) {
+    if (packet.pipe == 130) {
+      EXPECT_EQ(packet.size, 5u);
+    }
+  }
+}
+
+TEST_F(Kvt71344Measuring, ATimedPassUnderExternalTimingBeginsWithTheCommand) {
+  external_timing();
+  sample(1);
+  EXPECT_EQ(sent()[0], (std::vector{0, 0x88, 0x80}));
+  EXPECT_EQ(sent()[1], (std::vector{4, 0x89, 4}));
+}
+
+TEST_F(Kvt71344Measuring, ATimedReadingShowsItsBytes) {
+  external_timing();
+  replying({4, 0x05, 0x0C, 0x07, 0x01});
+  sample(1);
+  EXPECT_EQ(store.Sample_Value[1], 0x0C05);
+  EXPECT_EQ(store.Sample_Value2[1], 0x0107);
+  EXPECT_EQ(panel->txtReading.Text, " 3077");
+  EXPECT_EQ(panel->txtReading2.Text, " 263");
+  EXPECT_EQ(panel->txtSampleByte(0).Text, "4");
+  EXPECT_EQ(panel->txtSampleByte(1).Text, "05");
+  EXPECT_EQ(panel->txtSampleByte(2).Text, "C");
+  EXPECT_EQ(panel->txtSampleByte(3).Text, "07");
+  EXPECT_EQ(panel->txtSampleByte(4).Text, "1");
+  EXPECT_EQ(panel->txtADHex.Text, "C05");
+  EXPECT_EQ(panel->txtADDec.Text, "3077");
+  EXPECT_EQ(panel->txtICycHex.Text, "107");
+  EXPECT_EQ(panel->txtICYCDec.Text, "263");
+  EXPECT_EQ(panel->txtRegRd(5).Text, "0C");
+  EXPECT_EQ(store.TriggerDone, 0);
+}
+
+TEST_F(Kvt71344Measuring, ACycleCountOfZeroShowsTwoDigits) {
+  replying({2, 0x05, 0x0C, 0, 0});
+  sample(1);
+  EXPECT_EQ(panel->txtICycHex.Text, "00");
+  EXPECT_EQ(panel->txtICYCDec.Text, "0");
+  EXPECT_EQ(store.Sample_Value2[1], 1);
+}
+
+TEST_F(Kvt71344Measuring, ATimedRunHidesResetAndExit) {
+  at_yield(samples_reach(3), [&] {
+    EXPECT_FALSE(panel->cbReset.Visible);
+    EXPECT_FALSE(panel->Command4.Visible);
+    EXPECT_FALSE(panel->cmdSample.Visible);
+    forms::user::click(panel->cmdEndSampling);
+  });
+  click(panel->cmdSample);
+  EXPECT_TRUE(panel->cbReset.Visible);
+  EXPECT_TRUE(panel->Command4.Visible);
+  EXPECT_TRUE(panel->cmdSample.Visible);
+}
+
+TEST_F(Kvt71344Measuring, ATimedRunConnectsAgainAtItsEnd) {
+  sample(3);
+  EXPECT_EQ(store.Usb_Open, -1);
+  EXPECT_EQ(store.Man_Usb_Conn, 0);
+  EXPECT_NE(log().find("Already Opened"), std::string::npos);
+  click(panel->cmdSync);
+  EXPECT_EQ(store.Usb_Open, 0);
+}
+
+TEST_F(Kvt71356Measuring, ATimedRunOpensTheSessionFirstAndLeavesItOpen) {
+  bool open_before_text = false;
+  panel->Label18.Caption = "";
+  at_yield([&] { return store.Usb_Open != 0; }, [&] { open_before_text = panel->Label18.Caption == ""; });
+  std::int32_t count = 0;
+  recorder.before_call = [&] {
+    if (store.Sample_Count >= 4 && count++ == 0) program.runtime.post(clicking(panel->cmdEndSampling));
+  };
+  const std::string before = log();
+  click(panel->cmdSample);
+  EXPECT_TRUE(open_before_text);
+  EXPECT_EQ(store.Usb_Open, -1);
+  EXPECT_EQ(store.Man_Usb_Conn, 0);
+  EXPECT_EQ(log().find("Already Opened", before.size()), std::string::npos);
+  EXPECT_EQ(calls("WDU_VB_Uninit"), 0u);
+}
+
+TEST_F(Kvt71356Measuring, StopSamplingClosesASessionThatIsNotHeld) {
+  click(workbench().cmdUSBConnect);
+  program.runtime.dispatch([&] { panel->cmdEndSampling_Click(); });
+  EXPECT_EQ(store.Usb_Open, 0);
+}
+TEST_F(Kvt71344Measuring, StopSamplingLeavesASessionThatIsNotHeld) {
+  click(workbench().cmdUSBConnect);
+  program.runtime.dispatch([&] { panel->cmdEndSampling_Click(); });
+  EXPECT_EQ(store.Usb_Open, -1);
+}
+
+// --- what the KVT71356 adds ---
+
+TEST_F(Kvt71356Measuring, ACountAboveItsTopByteFallsBackToTheLowByte) {
+  struct Count {
+    int limit, high, low;
+    std::int32_t value;
+  };
+  for (const Count& c : {Count{127, 0x7F, 0x12, 0x7F12}, Count{127, 0x80, 0x12, 0x12},
+                         Count{7, 7, 0xFF, 0x7FF}, Count{7, 8, 0, 0}, Count{7, 0xFF, 0x34, 0x34}}) {
+    store.MsbLimit = static_cast<std::int16_t>(c.limit);
+    replying({2, static_cast<std::uint8_t>(c.low), static_cast<std::uint8_t>(c.high), 0, 0});
+    collect(2);
+    EXPECT_EQ(store.Sample_Value[1], c.value);
+    EXPECT_EQ(store.Reading, c.value);
+    EXPECT_EQ(panel->txtSampleByte(1).Text, forms::Hex2(c.low));
+    EXPECT_EQ(panel->txtSampleByte(2).Text, forms::Hex2(c.high));
+    EXPECT_EQ(panel->txtADHex.Text, forms::Hex2(c.high) + forms::Hex2(c.low));
+    board.clear();
+  }
+}
+
+TEST_F(Kvt71344Measuring, ACountHasNoLimit) {
+  store.MsbLimit = 7;
+  replying({2, 0x12, 0x80, 0, 0});
+  panel->txtADHex.Text = "old";
+  collect(2);
+  EXPECT_EQ(store.Sample_Value[1], 0x8012);
+  EXPECT_EQ(panel->txtADHex.Text, "old");
+}
+
+TEST_F(Kvt71356Measuring, TheEndOfACollectionYieldsBeforeItCloses) {
+  double stopped = 0;
+  double closed = 0;
+  bool enabled_at_close = false;
+  recorder.before_call = [&] {
+    if (stopped == 0 || closed != 0) return;
+    closed = clock.milliseconds();
+    enabled_at_close = panel->cmdCollectData.Enabled;
+  };
+  store.Sample_Count = 0;
+  at_yield(samples_reach(3), [&] {
+    forms::user::click(panel->cmdStopData);
+    at_yield([&] { return panel->cmdCollectData.Enabled.get(); }, [&] { stopped = clock.milliseconds(); });
+  });
+  click(panel->cmdCollectData);
+  EXPECT_GT(closed - stopped, 9.9);  // ten thousand yields of a microsecond
+  EXPECT_LT(closed - stopped, 10.2);
+  EXPECT_TRUE(enabled_at_close);
+  EXPECT_EQ(store.Usb_Open, 0);
+}
+
+TEST_F(Kvt71356Measuring, ItsTransfersAreCheckedAndLogged) {
+  forget_traffic();
+  click(panel->cmdSync);
+  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"WDU_VB_Init", "WDU_SetInterface", "WDU_GetDeviceInfo",
+                                                      "WDU_GetDeviceInfo", "WDU_Transfer", "WDU_ResetDevice",
+                                                      "CloseHandle", "WDU_VB_Uninit"}));
+  EXPECT_EQ(panel->ShpAttach.FillColor.get(), lamp(10));
+  board.fail_transfers(1, boards::statuses::transfer_failed);
+  click(panel->cmdSync);
+  EXPECT_NE(log().find("WritePipe: WDU_Transfer() failed: error &H"), std::string::npos);
+  EXPECT_EQ(panel->ShpAttach.FillColor.get(), lamp(12));
+  EXPECT_EQ(store.AbortRequested, 0);
+  board.fail_transfers(1, boards::statuses::transfer_failed, 1);
+  click(panel->cmdRead_Measurements);
+  EXPECT_NE(log().find("ReadPipe: WDU_Transfer() failed: error &H"), std::string::npos);
+  EXPECT_EQ(store.AbortRequested, -1);
+}
+
+TEST_F(Kvt71356Measuring, AFailedReadStopsATimedRun) {
+  at_yield(samples_reach(3), [&] { board.fail_transfers(1, boards::statuses::time_out, 1); });
+  click(panel->cmdSample);
+  EXPECT_EQ(store.AbortRequested, 0);
+  EXPECT_TRUE(panel->cmdSample.Visible);
+  EXPECT_LE(store.Sample_Count, 5);
+  EXPECT_NE(log().find("ReadPipe: WDU_Transfer() failed: error &H"), std::string::npos);
+}
+
+TEST_F(Kvt71344Measuring, AFailedReadDoesNotStopATimedRun) {
+  at_yield(samples_reach(3), [&] {
+    board.fail_transfers(1, boards::statuses::time_out, 1);
+    at_yield(samples_reach(9), clicking(panel->cmdEndSampling));
+  });
+  click(panel->cmdSample);
+  EXPECT_GE(store.Sample_Count, 9);
+}
+
+}  // namespace
+}  // namespace varzelin::testing
