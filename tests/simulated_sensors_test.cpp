@@ -43,7 +43,7 @@ TEST_F(SimulatedSensors, ChoosingAModelMountsItAtTheDefaultAddress) {
   EXPECT_EQ(board.mounted_model(), "");
 }
 
-TEST_F(SimulatedSensors, RegisterFilesStartWithTheirPowerOnValues) {
+TEST_F(SimulatedSensors, RegistersStartWithTheirPowerOnValues) {
   const auto registers = [&](const char* model) {
     board.mount(model);
     Bytes values;
@@ -74,8 +74,8 @@ TEST_F(SimulatedSensors, RegisterFilesStepOnAndEndAtTheLastRegister) {
 }
 
 TEST_F(SimulatedSensors, CommandsAreAcknowledgedWithoutEffect) {
-  board.mount("KVT71344/5");
-  i2c({1, 0x88, 2});
+  board.mount("KVT71385");
+  i2c({1, 0x88, 6});
   for (const std::uint8_t command : Bytes{0x80, 0x40}) {
     i2c({1, 0x88, command});
     EXPECT_EQ(i2c_reply(1).buffer, Bytes{2});
@@ -170,14 +170,20 @@ TEST_F(SimulatedKvt71346, OneModeByteIsOneConversion) {
   EXPECT_EQ(converted(diode1), 1100);
 }
 
-TEST_F(SimulatedKvt71346, TheSceneCountsAsItIsAtTheFirstAccessAfterTheEnd) {
+TEST_F(SimulatedKvt71346, TheSceneCountsAsItIsAtTheEndOfTheConversion) {
   mode(diode1);
   clock.pass(50ms);
   board.scene().light_lux = 100;
   clock.pass(60ms);
-  EXPECT_EQ(count(), 1100);
   board.scene().light_lux = 200;
   EXPECT_EQ(count(), 1100);
+}
+
+TEST_F(SimulatedKvt71346, TheNoiseCountsAsItIsAtTheEndOfTheConversion) {
+  mode(diode1);
+  clock.pass(100ms);
+  board.set_noise(1000);
+  EXPECT_EQ(count(), 5100);
 }
 
 TEST_F(SimulatedKvt71346, RepeatingTheModeLeavesARunningConversionAlone) {
@@ -353,6 +359,13 @@ TEST_F(SimulatedKvt71346, TheModeSetBehindTheBusStartsNothing) {
   EXPECT_EQ(board.register_value(0), diode2);
   clock.pass(1s);
   EXPECT_EQ(count(), 0);
+}
+
+TEST_F(SimulatedKvt71346, TheBenchChangesNothingThatHasEnded) {
+  mode(diode1);
+  clock.pass(100ms);
+  EXPECT_TRUE(board.set_register(0, power_down));
+  EXPECT_EQ(count(), 5100);
 }
 
 TEST_F(SimulatedKvt71346, NeverInterrupts) {

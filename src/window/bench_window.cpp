@@ -39,19 +39,19 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
     : board_(board), model_(new QComboBox(this)) {
   setObjectName("Bench");
   setWindowTitle("Simulated Bench" + title_suffix);
-  boards::Scene& scene = board.scene();
+  const boards::Scene& scene = board.scene();
 
   auto* quantities = new QGridLayout;
   quantities->setSpacing(gap);
   quantities->setHorizontalSpacing(2 * gap);
   add_quantity(*quantities, {"light", "&Light", " lx", "Visible light on the sensor", 0.01, 100000, 2, true,
-                             scene.light_lux, [&scene](double value) { scene.light_lux = value; }});
-  add_quantity(*quantities,
-               {"infrared", "&Infrared", " counts", "Infrared part, in counts of the infrared diode", 0,
-                65535, 0, false, scene.ir_counts, [&scene](double value) { scene.ir_counts = value; }});
+                             scene.light_lux, [this](double value) { board_.scene().light_lux = value; }});
+  add_quantity(*quantities, {"infrared", "&Infrared", " counts",
+                             "Infrared part, in counts of the infrared diode", 0, 65535, 0, false,
+                             scene.ir_counts, [this](double value) { board_.scene().ir_counts = value; }});
   add_quantity(*quantities,
                {"distance", "&Target distance", " mm", "From the sensor to the target in front of it", 0, 500,
-                0, false, scene.distance_mm, [&scene](double value) { scene.distance_mm = value; }});
+                0, false, scene.distance_mm, [this](double value) { board_.scene().distance_mm = value; }});
   add_quantity(*quantities, {"noise", "&Noise", " counts", "Full width of the noise on the readings", 0, 500,
                              0, false, board.noise(), [this](double value) { board_.set_noise(value); }});
   auto* scene_box = new QGroupBox("Scene", this);

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "boards/simulated/bus_time.h"
-#include "boards/simulated/sensor.h"
+#include "boards/simulated/sensors/sensor.h"
 
 namespace boards {
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "boards/simulated/kvt71346.h"
-#include "boards/simulated/register_file.h"
+#include "boards/simulated/sensors/kvt71346.h"
+#include "boards/simulated/sensors/register_file.h"
 
 namespace boards {
 namespace {
@@ -17,7 +17,7 @@ std::unique_ptr<Sensor> kvt71346(const Surroundings& surroundings) {
 // Registers with these values at power-on, register 0 first.
 template <std::uint8_t... PowerOn>
 std::unique_ptr<Sensor> registers(const Surroundings&) {
-  return std::make_unique<RegisterFile>(std::vector<std::uint8_t>{PowerOn...});
+  return std::make_unique<RegisterFile>(std::vector<RegisterFile::Cell>{{PowerOn}...});
 }
 
 constexpr Factory two_mode = registers<0, 0, 0, 0, 0, 0>;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "boards/simulated/sensor.h"
+#include "boards/simulated/sensors/sensor.h"
 
 namespace boards {
 

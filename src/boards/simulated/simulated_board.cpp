@@ -60,10 +60,20 @@ std::size_t SimulatedBoard::clear() {
   return queued;
 }
 
+void SimulatedBoard::plug() {
+  // Its first conversion begins now, not when the plug was pulled.
+  if (!plugged()) power_sensor_on();
+  session_.plug();
+}
+
 void SimulatedBoard::unplug() {
   session_.unplug();
   drop_answers();
   ports_.power_on();
+  power_sensor_on();
+}
+
+void SimulatedBoard::power_sensor_on() {
   if (bus_.sensor()) mount(std::string(model_), bus_.write_address());
 }
 

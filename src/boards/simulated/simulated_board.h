@@ -11,7 +11,7 @@
 #include "boards/simulated/i2c_bus.h"
 #include "boards/simulated/in_pipe.h"
 #include "boards/simulated/ports.h"
-#include "boards/simulated/scene.h"
+#include "boards/simulated/sensors/scene.h"
 #include "boards/simulated/session.h"
 #include "boards/simulated/statuses.h"
 
@@ -37,10 +37,18 @@ class SimulatedBoard final : public Driver {
   std::optional<std::uint8_t> register_value(std::uint8_t address);
   bool set_register(std::uint8_t address, std::uint8_t value);
 
-  Scene& scene() { return scene_; }
+  // To change the scene: fetched anew for each change, so that a sensor's conversions up to now count by the
+  // scene as it was.
+  Scene& scene() {
+    catch_up();
+    return scene_;
+  }
   const Scene& scene() const { return scene_; }
   // Full width of the noise on readings, in counts; 0 at start.
-  void set_noise(double counts) { noise_.width = counts; }
+  void set_noise(double counts) {
+    catch_up();
+    noise_.width = counts;
+  }
   double noise() const { return noise_.width; }
 
   // Level of the input pins of port 'B' or 'C'. False, or no value: no such port.
@@ -66,7 +74,7 @@ class SimulatedBoard final : public Driver {
 
   // The plug gives the board its power: without it the bridge, the ports and the sensor forget their
   // state. What is mounted and what the bench set stays.
-  void plug() { session_.plug(); }
+  void plug();
   void unplug();
   bool plugged() const { return session_.plugged(); }
   // False: the driver is missing, and no session can be opened.
@@ -101,6 +109,10 @@ class SimulatedBoard final : public Driver {
   Status receive(InPipe& pipe, std::span<std::uint8_t> buffer, std::size_t& transferred);
   void send(std::int32_t pipe, std::span<const std::uint8_t> packet);
   void drop_answers();
+  void power_sensor_on();
+  void catch_up() {
+    if (bus_.sensor()) bus_.sensor()->catch_up();
+  }
   bool interrupts() { return bus_.sensor() && bus_.sensor()->interrupts(); }
 
   forms::Clock& clock_;

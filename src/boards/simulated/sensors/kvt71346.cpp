@@ -1,36 +1,38 @@
-#include "boards/simulated/kvt71346.h"
+#include "boards/simulated/sensors/kvt71346.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
+
+#include "boards/simulated/sensors/light.h"
 
 namespace boards {
 namespace {
 
 using namespace std::chrono_literals;
 
-enum Mode : std::uint8_t {
-  diode1 = 0x00,  // visible light and infrared
-  diode2 = 0x04,  // infrared alone
-  difference = 0x08,
-  reset = 0x0C,
-  power_down = 0x8C,
-  loop_back = 0xA5,
+constexpr std::uint8_t reset = 0x0C;
+constexpr std::uint8_t power_down = 0x8C;
+constexpr std::uint8_t loop_back = 0xA5;
+
+// Ten counts a lux.
+constexpr std::uint16_t full_scale = 65535;
+constexpr LightRange range{.lux = full_scale / 10.0, .ir_counts = full_scale};
+
+struct Conversion {
+  Measurement measurement;
+  Converter::Time time;
 };
 
-constexpr double counts_per_lux = 10;
-constexpr double full_scale = 65535;
-
-// Zero for the modes that don't convert.
-forms::Clock::Duration integration_time(std::uint8_t mode) {
+// No value for the modes that don't convert.
+std::optional<Conversion> conversion(std::uint8_t mode) {
   switch (mode) {
-    case diode1:
-    case diode2:
-      return 100ms;
-    case difference:
-      return 200ms;  // one conversion after the other
+    case 0x00:
+      return Conversion{Measurement::diode1, 100ms};
+    case 0x04:
+      return Conversion{Measurement::diode2, 100ms};
+    case 0x08:
+      return Conversion{Measurement::difference, 200ms};  // one diode after the other
     default:
-      return 0ms;
+      return std::nullopt;
   }
 }
 
@@ -40,22 +42,22 @@ Kvt71346::Kvt71346(const Surroundings& surroundings) : surroundings_(surrounding
 
 std::size_t Kvt71346::write(std::span<const std::uint8_t> bytes) {
   if (bytes.empty()) return 0;
-  settle();
+  catch_up();
   const std::uint8_t mode = bytes.front();
   // A host that repeats its mode faster than the sensor integrates would otherwise never see a result.
-  if (done_at_ && mode == mode_) return bytes.size();
+  if (converter_.integrating() && mode == mode_) return bytes.size();
 
   mode_ = mode;
-  done_at_.reset();
+  converter_.stop();
   if (mode_ == reset) count_ = 0;
-  if (const Time time = integration_time(mode_); time > Time::zero()) {
-    done_at_ = surroundings_.clock.now() + time;
+  if (const auto next = conversion(mode_)) {
+    converter_.convert_once(surroundings_.clock.now(), next->time);
   }
   return bytes.size();
 }
 
 void Kvt71346::read(std::span<std::uint8_t> bytes) {
-  settle();
+  catch_up();
   const unsigned value = mode_ == loop_back ? loop_back * 0x0101u : count_;
   std::ranges::fill(bytes, std::uint8_t{0});
   if (bytes.size() > 0) bytes[0] = static_cast<std::uint8_t>(value);
@@ -63,7 +65,7 @@ void Kvt71346::read(std::span<std::uint8_t> bytes) {
 }
 
 std::optional<std::uint8_t> Kvt71346::register_value(std::uint8_t address) {
-  settle();
+  catch_up();
   switch (address) {
     case 0:
       return mode_;
@@ -77,11 +79,11 @@ std::optional<std::uint8_t> Kvt71346::register_value(std::uint8_t address) {
 }
 
 bool Kvt71346::set_register(std::uint8_t address, std::uint8_t value) {
-  settle();
+  catch_up();
   switch (address) {
     case 0:
       mode_ = value;
-      done_at_.reset();
+      converter_.stop();
       return true;
     case 1:
       count_ = static_cast<std::uint16_t>((count_ & 0xFF00) | value);
@@ -94,20 +96,10 @@ bool Kvt71346::set_register(std::uint8_t address, std::uint8_t value) {
   }
 }
 
-void Kvt71346::settle() {
-  if (!done_at_ || surroundings_.clock.now() < *done_at_) return;
-  done_at_.reset();
-  count_ = measure();
-}
-
-std::uint16_t Kvt71346::measure() const {
-  const double infrared = std::max(0.0, surroundings_.scene.ir_counts);
-  const double visible = std::max(0.0, surroundings_.scene.light_lux) * counts_per_lux;
-  const double first = std::min(full_scale, visible + infrared);
-  const double second = std::min(full_scale, infrared);
-  const double ideal = mode_ == diode1 ? first : mode_ == diode2 ? second : first - second;
-  const double noisy = std::floor(ideal + surroundings_.noise.next() + 0.5);
-  return static_cast<std::uint16_t>(std::clamp(noisy, 0.0, full_scale));
+void Kvt71346::catch_up() {
+  if (converter_.take_ended(surroundings_.clock.now()) == 0) return;
+  const Measurement measurement = conversion(mode_)->measurement;
+  count_ = light_count(surroundings_.scene, measurement, range, full_scale, surroundings_.noise.next());
 }
 
 }  // namespace boards

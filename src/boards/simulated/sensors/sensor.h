@@ -6,8 +6,8 @@
 #include <optional>
 #include <span>
 
-#include "boards/simulated/noise_source.h"
-#include "boards/simulated/scene.h"
+#include "boards/simulated/sensors/noise_source.h"
+#include "boards/simulated/sensors/scene.h"
 #include "forms/clock.h"
 
 namespace boards {
@@ -33,6 +33,9 @@ class Sensor {
   virtual std::optional<std::uint8_t> register_value(std::uint8_t address) = 0;
   virtual bool set_register(std::uint8_t address, std::uint8_t value) = 0;
 
+  // Lets happen what should have happened by now. The board asks for it before it changes the scene, so that
+  // no conversion sees light that came after its end.
+  virtual void catch_up() {}
   // True while the sensor pulls its active-low interrupt pin.
   virtual bool interrupts() { return false; }
 };

@@ -2,9 +2,8 @@
 // conversion; a read brings the count, low byte first.
 #pragma once
 
-#include <optional>
-
-#include "boards/simulated/sensor.h"
+#include "boards/simulated/sensors/converter.h"
+#include "boards/simulated/sensors/sensor.h"
 
 namespace boards {
 
@@ -20,18 +19,13 @@ class Kvt71346 final : public Sensor {
   std::optional<std::uint8_t> register_value(std::uint8_t address) override;
   bool set_register(std::uint8_t address, std::uint8_t value) override;
 
+  void catch_up() override;
+
  private:
-  using Time = forms::Clock::Duration;
-
-  // Takes over the result of a conversion whose time has passed.
-  void settle();
-  // The count of a conversion that ends now, in the present mode.
-  std::uint16_t measure() const;
-
   Surroundings surroundings_;
   std::uint8_t mode_;
   std::uint16_t count_ = 0;
-  std::optional<Time> done_at_;  // while a conversion is under way
+  Converter converter_;
 };
 
 }  // namespace boards

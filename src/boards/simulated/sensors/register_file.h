@@ -1,0 +1,44 @@
+// A sensor with registers. By itself they hold what is written and convert nothing; a sensor that does more
+// derives from it.
+#pragma once
+
+#include <vector>
+
+#include "boards/simulated/sensors/sensor.h"
+
+namespace boards {
+
+class RegisterFile : public Sensor {
+ public:
+  struct Cell {
+    std::uint8_t value;            // at power-on
+    std::uint8_t writable = 0xFF;  // the bits that the bus can change
+  };
+
+  // Register 0 first.
+  explicit RegisterFile(std::vector<Cell> power_on) : cells_(std::move(power_on)) {}
+
+  // The first byte is the register pointer, which steps on at every data byte. Data beyond the last
+  // register is acknowledged and lost. A single byte beyond it is a command, and always acknowledged.
+  std::size_t write(std::span<const std::uint8_t> bytes) override;
+  // From the pointer on, 0 beyond the last register.
+  void read(std::span<std::uint8_t> bytes) override;
+
+  std::optional<std::uint8_t> register_value(std::uint8_t address) override;
+  bool set_register(std::uint8_t address, std::uint8_t value) override;
+
+ protected:
+  std::uint8_t& cell(std::uint8_t address) { return cells_[address].value; }
+  // A pair of registers, low byte first.
+  void set_pair(std::uint8_t address, std::uint16_t value);
+
+ private:
+  // The bus or the bench has written registers.
+  virtual void registers_written() {}
+  virtual void command(std::uint8_t) {}
+
+  std::vector<Cell> cells_;
+  std::size_t pointer_ = 0;
+};
+
+}  // namespace boards
