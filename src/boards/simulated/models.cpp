@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "boards/simulated/sensors/kvt71344.h"
 #include "boards/simulated/sensors/kvt71346.h"
 #include "boards/simulated/sensors/register_file.h"
 
@@ -12,6 +13,11 @@ using Factory = std::unique_ptr<Sensor> (*)(const Surroundings&);
 
 std::unique_ptr<Sensor> kvt71346(const Surroundings& surroundings) {
   return std::make_unique<Kvt71346>(surroundings);
+}
+
+template <const Kvt71344::Model& Which>
+std::unique_ptr<Sensor> kvt71344(const Surroundings& surroundings) {
+  return std::make_unique<Kvt71344>(Which, surroundings);
 }
 
 // Registers with these values at power-on, register 0 first.
@@ -31,10 +37,9 @@ struct Model {
 
 constexpr std::array models{
     Model{"KVT71346/7", kvt71346},
-    // Command, control, high and low interrupt limit, result pair, cycle counter pair.
-    Model{"KVT71344/5", registers<0x80, 0, 0xFF, 0, 0, 0, 0, 0>},
+    Model{"KVT71344/5", kvt71344<Kvt71344::kvt71344>},
     Model{"KVT71388", multi_function},
-    Model{"KVT71356", registers<0x88, 0, 0xFF, 0, 0, 0, 0, 0>},
+    Model{"KVT71356", kvt71344<Kvt71344::kvt71356>},
     Model{"KVT71374", two_mode},
     Model{"KVT71385", multi_function},
     // Command, data pair.
