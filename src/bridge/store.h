@@ -1,5 +1,6 @@
-// The shared store: the program-wide variables, one instance each. Flags are 16-bit integers, 0 false
-// and -1 true. The console and the tests reach them by name (store_access.h).
+// The shared store: the program-wide variables, one instance each, by topic. Flags are 16-bit integers,
+// 0 false and -1 true. The console and the tests reach them by name: a new variable goes into its topic
+// here and into the same topic's list in store_access.cpp.
 #pragma once
 
 #include <array>
@@ -30,11 +31,16 @@ struct DevCtx {
   boards::Status last_status = boards::success;
 };
 
-struct Store {
-  // --- start panel ---
-  std::string Rev_Sel;  // chip revision, "A" or "B"
+// --- the topics, of which the store at the end is made ---
 
-  // --- driver session ---
+struct ProgramVariables {
+  std::string Rev_Sel;         // chip revision, "A" or "B"
+  std::int16_t Board_Rev = 2;  // revision of the evaluation board
+  // The form in front. Null before the first form came forward, and when its object is gone.
+  forms::Form* Active_Form = nullptr;
+};
+
+struct SessionVariables {
   Flag Usb_Open = 0;            // the session is open
   Flag Man_Usb_Conn = 0;        // the user (or a loop) holds the session: actions neither open nor close it
   Flag Usb_Attached = 0;        // the board is attached; nothing reads it
@@ -43,8 +49,9 @@ struct Store {
   boards::Handle Dev_Handle = 0;  // device handle for transfers, copied from Dev_Ctx
   DevCtx Dev_Ctx;
   Flag Log_Error = 0;  // an error was logged and no driver call has succeeded since
+};
 
-  // --- transfers ---
+struct TransferVariables {
   std::int32_t Pipe_Num = 0;
   std::int32_t Xfer_Size = 0;          // bytes of the next transfer
   std::vector<std::uint8_t> Xfer_Buf;  // after a read it holds the reply
@@ -53,13 +60,14 @@ struct Store {
   std::uint8_t I2C_RdAdr = 0x89;       // always I2C_WrAdr + 1, but for what a panel does to it
   std::int16_t I2C_RdCnt = 0;          // bytes of the read in hand
   std::int16_t I2C_WrCnt = 0;          // bytes of the write in hand
-  Flag Sample_Run = 0;                 // a panel's real-time loop runs
-  std::int32_t Collections = 0;        // real-time collections begun since the start
+};
 
-  // --- GPIO: output enables of port B and C, data of port B and C ---
+struct PortVariables {
+  // Output enables of port B and C, then data of port B and C.
   std::array<std::uint8_t, 4> Gpio_Image{};
+};
 
-  // --- chart ---
+struct ChartVariables {
   std::array<std::int32_t, 411> Trace_Y{};  // pixel row of the trace by column; 1 is the top, 1 when cleared
   std::array<std::array<std::int32_t, 405>, 405> Screen_Pixels{};  // [column][row] of the empty chart
   std::int32_t Trace_Pos = 403;                                    // leftmost column reached plus one
@@ -74,39 +82,51 @@ struct Store {
   std::array<std::string, 11> Label_Time;  // 0 is the newest sample, on the right
   std::string GraphUnit1 = "AD Cnt";       // headings of the label columns
   std::string GraphUnit2 = "AD Cnt";
+};
 
-  // --- sampling ---
-  Flag AbortRequested = 0;  // a stop of the timed sampling loop was asked
-  Flag TriggerDone = 0;     // a conversion was started and its reading not yet fetched
-  Flag SingleReading = 0;   // one reading a sample (I2C_RdCnt 2), else two (4)
-  std::int32_t IntervalMs = 0;
+// How the loops run, and how fast.
+struct SamplingVariables {
+  Flag Sample_Run = 0;           // a panel's real-time loop runs
+  Flag AbortRequested = 0;       // a stop of the timed sampling loop was asked
+  Flag TriggerDone = 0;          // a conversion was started and its reading not yet fetched
+  Flag SingleReading = 0;        // one reading a sample (I2C_RdCnt 2), else two (4)
+  Flag EventsEnabled = 0;        // false while a handler moves option buttons itself
+  std::int32_t IntervalMs = 0;   // from sample to sample
+  double IntegrationMs = 0;      // counts up while Tmr_Integration runs
+  std::int32_t Collections = 0;  // real-time collections begun since the start
+};
+
+// What the loops read.
+struct ReadingVariables {
   std::int32_t Sample_Count = 0;                   // next slot of Sample_Value, 0 to 1010
   std::array<std::int32_t, 1011> Sample_Value{};   // first reading of each sample
   std::array<std::int32_t, 1011> Sample_Value2{};  // second reading
-  double IntegrationMs = 0;                        // counts up while Tmr_Integration runs
-  Flag EventsEnabled = 0;                          // false while a handler moves option buttons itself
-  std::int32_t Reading = 0;                        // latest value to plot, display units
   std::int32_t RawReading = 0;                     // light count of the present sample, as read
-  std::int32_t RawReading2 = 0;                    // its integration cycle count
+  std::int32_t RawReading2 = 0;                    // integration cycle count of the present sample, as read
   std::int16_t MsbLimit = 127;                     // largest top byte of a valid count
+  std::int32_t Reading = 0;                        // latest value to plot, display units
   double PeakReading = 0;                          // greatest Reading of the collection
-  std::int16_t Board_Rev = 2;
-  std::array<std::uint8_t, 9> RegImage{};  // a panel's image of the writable registers, r0 first
+};
 
-  // --- deferred register work: asked for while a loop runs, done by the loop ---
-  Flag PendingUpdate = 0;  // at least one of the next six is set
+// The sensor's registers. A write that is asked for while a loop runs is pending until the loop does it.
+struct RegisterVariables {
+  std::array<std::uint8_t, 9> RegImage{};  // a panel's image of the writable registers, r0 first
+  Flag PendingUpdate = 0;                  // at least one of those below is set
   Flag PendingClearInt = 0;
   Flag PendingReadRegs = 0;
   Flag PendingWriteR0 = 0;
   Flag PendingWriteR1 = 0;
   Flag PendingIntHigh = 0;
   Flag PendingIntLow = 0;
+};
 
-  // --- scripts ---
+struct ScriptVariables {
   double Fails_Before = 0;  // failed reads when the present row began
   double Fails_Now = 0;     // failed reads after the last one that failed
+};
 
-  // --- lamp colours, indices of the platform's 16-colour table ---
+// Lamp colours, indices of the platform's 16-colour table.
+struct ColourVariables {
   double Clr_Black = 0;  // never assigned
   double Clr_DkGreen = 0;
   double Clr_Gray = 0;
@@ -114,9 +134,17 @@ struct Store {
   double Clr_LtGreen = 0;
   double Clr_Red = 0;
   double Clr_White = 0;
-
-  // The form in front. Null before the first form came forward, and when its object is gone.
-  forms::Form* Active_Form = nullptr;
 };
+
+struct Store : ProgramVariables,
+               SessionVariables,
+               TransferVariables,
+               PortVariables,
+               ChartVariables,
+               SamplingVariables,
+               ReadingVariables,
+               RegisterVariables,
+               ScriptVariables,
+               ColourVariables {};
 
 }  // namespace varzelin

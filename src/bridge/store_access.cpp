@@ -1,5 +1,6 @@
 #include "bridge/store_access.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -19,6 +20,8 @@ StoreValue to_value(const T& variable) {
   }
 }
 
+// The store's integers are all exact as a double, so a number is held against the bounds of the type
+// itself before it is converted. A NaN is no whole number, and an infinity is beyond every bound.
 template <class T>
 bool from_value(T& variable, const StoreValue& value) {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -26,105 +29,115 @@ bool from_value(T& variable, const StoreValue& value) {
     if (text) variable = *text;
     return text != nullptr;
   } else {
+    if (std::holds_alternative<std::string>(value)) return false;
     const auto* whole = std::get_if<std::int64_t>(&value);
-    const auto* real = std::get_if<double>(&value);
-    if (!whole && !real) return false;
-    if constexpr (std::is_floating_point_v<T>) {
-      variable = whole ? static_cast<double>(*whole) : *real;
-      return true;
-    } else {
-      if (real && (*real != std::floor(*real) || std::abs(*real) > 9e15)) return false;
-      const std::int64_t number = whole ? *whole : static_cast<std::int64_t>(*real);
-      if (number < static_cast<std::int64_t>(std::numeric_limits<T>::min()) ||
-          number > static_cast<std::int64_t>(std::numeric_limits<T>::max())) {
-        return false;
-      }
-      variable = static_cast<T>(number);
-      return true;
+    const double number = whole ? static_cast<double>(*whole) : std::get<double>(value);
+    if constexpr (std::is_integral_v<T>) {
+      static_assert(sizeof(T) <= sizeof(std::int32_t));
+      using Limits = std::numeric_limits<T>;
+      if (number != std::floor(number) || number < Limits::min() || number > Limits::max()) return false;
     }
+    variable = static_cast<T>(number);
+    return true;
   }
 }
 
-// A variable that is a single value.
-template <auto Member>
-constexpr StoreVariable single(std::string_view name) {
-  return {name, 0, [](const Store&, int) { return std::size_t{0}; },
-          [](const Store& store, std::size_t, std::size_t) { return to_value(store.*Member); },
-          [](Store& store, std::size_t, std::size_t, const StoreValue& value) {
-            return from_value(store.*Member, value);
-          }};
+// How many indices a variable of the type takes.
+template <class T>
+constexpr int dimensions_of = 0;
+template <class T>
+constexpr int dimensions_of<std::vector<T>> = 1;
+template <class T, std::size_t Size>
+constexpr int dimensions_of<std::array<T, Size>> = 1 + dimensions_of<T>;
+
+template <class T>
+std::size_t size_of(const T& variable, int dimension) {
+  if constexpr (dimensions_of < T >> 0) {
+    if (dimension == 0) return variable.size();
+  }
+  if constexpr (dimensions_of < T >> 1) return size_of(variable[0], dimension - 1);
+  return 0;
 }
 
-// An array.
-template <auto Member>
-constexpr StoreVariable list(std::string_view name) {
-  return {name, 1,
-          [](const Store& store, int dimension) { return dimension == 0 ? (store.*Member).size() : 0; },
-          [](const Store& store, std::size_t i, std::size_t) { return to_value((store.*Member)[i]); },
-          [](Store& store, std::size_t i, std::size_t, const StoreValue& value) {
-            return from_value((store.*Member)[i], value);
-          }};
+// What the indices choose. Of Dev_Ctx, the one record, it is the device.
+template <class Variable>
+auto& element(Variable& variable, std::size_t i, std::size_t j) {
+  using T = std::remove_const_t<Variable>;
+  if constexpr (std::is_same_v<T, DevCtx>) {
+    return variable.device;
+  } else if constexpr (dimensions_of<T> == 0) {
+    return variable;
+  } else {
+    return element(variable[i], j, 0);
+  }
 }
 
-// The members of Dev_Ctx, the one record of the store.
 template <auto Member>
-constexpr StoreVariable context(std::string_view name) {
-  return {name, 0, [](const Store&, int) { return std::size_t{0}; },
-          [](const Store& store, std::size_t, std::size_t) { return to_value(store.Dev_Ctx.*Member); },
-          [](Store& store, std::size_t, std::size_t, const StoreValue& value) {
-            return from_value(store.Dev_Ctx.*Member, value);
-          }};
+constexpr StoreVariable store_variable(std::string_view name) {
+  using T = std::remove_cvref_t<decltype(std::declval<Store&>().*Member)>;
+  return {
+      name, dimensions_of<T>,
+      [](const Store& store, int dimension) { return size_of(store.*Member, dimension); },
+      [](const Store& store, std::size_t i, std::size_t j) { return to_value(element(store.*Member, i, j)); },
+      [](Store& store, std::size_t i, std::size_t j, const StoreValue& value) {
+        return from_value(element(store.*Member, i, j), value);
+      }};
 }
 
-constexpr StoreVariable screen_pixels{
-    "Screen_Pixels", 2,
-    [](const Store& store, int dimension) {
-      return dimension == 0 ? store.Screen_Pixels.size() : store.Screen_Pixels[0].size();
-    },
-    [](const Store& store, std::size_t i, std::size_t j) { return to_value(store.Screen_Pixels[i][j]); },
-    [](Store& store, std::size_t i, std::size_t j, const StoreValue& value) {
-      return from_value(store.Screen_Pixels[i][j], value);
-    }};
+// --- the names, by topic ---
 
-#define SINGLE(name) single<&Store::name>(#name)
-#define LIST(name) list<&Store::name>(#name)
+#define VARIABLE(name) store_variable<&Store::name>(#name)
 
-constexpr std::array variables{SINGLE(Rev_Sel),         SINGLE(Usb_Open),
-                               SINGLE(Man_Usb_Conn),    SINGLE(Usb_Attached),
-                               SINGLE(Usb_Status),      SINGLE(Drv_Handle),
-                               SINGLE(Dev_Handle),      context<&DevCtx::device>("Dev_Ctx"),
-                               SINGLE(Log_Error),       SINGLE(Pipe_Num),
-                               SINGLE(Xfer_Size),       LIST(Xfer_Buf),
-                               SINGLE(I2C_Pipe),        SINGLE(I2C_WrAdr),
-                               SINGLE(I2C_RdAdr),       SINGLE(I2C_RdCnt),
-                               SINGLE(I2C_WrCnt),       SINGLE(Sample_Run),
-                               SINGLE(Collections),     LIST(Gpio_Image),
-                               LIST(Trace_Y),           screen_pixels,
-                               SINGLE(Trace_Pos),       SINGLE(Scale_Max),
-                               SINGLE(Scale_Min),       SINGLE(Scale_Span),
-                               SINGLE(Trace_Red),       SINGLE(Trace_Green),
-                               SINGLE(Trace_Blue),      LIST(Label_Left),
-                               LIST(Label_Right),       LIST(Label_Time),
-                               SINGLE(GraphUnit1),      SINGLE(GraphUnit2),
-                               SINGLE(AbortRequested),  SINGLE(TriggerDone),
-                               SINGLE(SingleReading),   SINGLE(IntervalMs),
-                               SINGLE(Sample_Count),    LIST(Sample_Value),
-                               LIST(Sample_Value2),     SINGLE(IntegrationMs),
-                               SINGLE(EventsEnabled),   SINGLE(Reading),
-                               SINGLE(RawReading),      SINGLE(RawReading2),
-                               SINGLE(MsbLimit),        SINGLE(PeakReading),
-                               SINGLE(Board_Rev),       LIST(RegImage),
-                               SINGLE(PendingUpdate),   SINGLE(PendingClearInt),
-                               SINGLE(PendingReadRegs), SINGLE(PendingWriteR0),
-                               SINGLE(PendingWriteR1),  SINGLE(PendingIntHigh),
-                               SINGLE(PendingIntLow),   SINGLE(Fails_Before),
-                               SINGLE(Fails_Now),       SINGLE(Clr_Black),
-                               SINGLE(Clr_DkGreen),     SINGLE(Clr_Gray),
-                               SINGLE(Clr_Blue),        SINGLE(Clr_LtGreen),
-                               SINGLE(Clr_Red),         SINGLE(Clr_White)};
+// Active_Form is missing: a form is no value.
+constexpr std::array program_variables{VARIABLE(Rev_Sel), VARIABLE(Board_Rev)};
 
-#undef SINGLE
-#undef LIST
+constexpr std::array session_variables{VARIABLE(Usb_Open),   VARIABLE(Man_Usb_Conn), VARIABLE(Usb_Attached),
+                                       VARIABLE(Usb_Status), VARIABLE(Drv_Handle),   VARIABLE(Dev_Handle),
+                                       VARIABLE(Dev_Ctx),    VARIABLE(Log_Error)};
+
+constexpr std::array transfer_variables{VARIABLE(Pipe_Num),  VARIABLE(Xfer_Size), VARIABLE(Xfer_Buf),
+                                        VARIABLE(I2C_Pipe),  VARIABLE(I2C_WrAdr), VARIABLE(I2C_RdAdr),
+                                        VARIABLE(I2C_RdCnt), VARIABLE(I2C_WrCnt)};
+
+constexpr std::array port_variables{VARIABLE(Gpio_Image)};
+
+constexpr std::array chart_variables{VARIABLE(Trace_Y),    VARIABLE(Screen_Pixels), VARIABLE(Trace_Pos),
+                                     VARIABLE(Scale_Max),  VARIABLE(Scale_Min),     VARIABLE(Scale_Span),
+                                     VARIABLE(Trace_Red),  VARIABLE(Trace_Green),   VARIABLE(Trace_Blue),
+                                     VARIABLE(Label_Left), VARIABLE(Label_Right),   VARIABLE(Label_Time),
+                                     VARIABLE(GraphUnit1), VARIABLE(GraphUnit2)};
+
+constexpr std::array sampling_variables{
+    VARIABLE(Sample_Run),    VARIABLE(AbortRequested), VARIABLE(TriggerDone),   VARIABLE(SingleReading),
+    VARIABLE(EventsEnabled), VARIABLE(IntervalMs),     VARIABLE(IntegrationMs), VARIABLE(Collections)};
+
+constexpr std::array reading_variables{
+    VARIABLE(Sample_Count), VARIABLE(Sample_Value), VARIABLE(Sample_Value2), VARIABLE(RawReading),
+    VARIABLE(RawReading2),  VARIABLE(MsbLimit),     VARIABLE(Reading),       VARIABLE(PeakReading)};
+
+constexpr std::array register_variables{
+    VARIABLE(RegImage),       VARIABLE(PendingUpdate),  VARIABLE(PendingClearInt), VARIABLE(PendingReadRegs),
+    VARIABLE(PendingWriteR0), VARIABLE(PendingWriteR1), VARIABLE(PendingIntHigh),  VARIABLE(PendingIntLow)};
+
+constexpr std::array script_variables{VARIABLE(Fails_Before), VARIABLE(Fails_Now)};
+
+constexpr std::array colour_variables{VARIABLE(Clr_Black), VARIABLE(Clr_DkGreen), VARIABLE(Clr_Gray),
+                                      VARIABLE(Clr_Blue),  VARIABLE(Clr_LtGreen), VARIABLE(Clr_Red),
+                                      VARIABLE(Clr_White)};
+
+#undef VARIABLE
+
+template <std::size_t... Sizes>
+constexpr auto joined(const std::array<StoreVariable, Sizes>&... topics) {
+  std::array<StoreVariable, (Sizes + ...)> all{};
+  auto next = all.begin();
+  ((next = std::ranges::copy(topics, next).out), ...);
+  return all;
+}
+
+constexpr auto variables =
+    joined(program_variables, session_variables, transfer_variables, port_variables, chart_variables,
+           sampling_variables, reading_variables, register_variables, script_variables, colour_variables);
 
 }  // namespace
 
@@ -133,10 +146,8 @@ std::span<const StoreVariable> store_variables() {
 }
 
 const StoreVariable* find_store_variable(std::string_view name) {
-  for (const StoreVariable& variable : variables) {
-    if (variable.name == name) return &variable;
-  }
-  return nullptr;
+  const auto found = std::ranges::find(variables, name, &StoreVariable::name);
+  return found == variables.end() ? nullptr : &*found;
 }
 
 }  // namespace varzelin
