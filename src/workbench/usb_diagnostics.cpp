@@ -80,14 +80,20 @@ void change_alternate_setting(Program& program) {
   }
 }
 
+// False, with words in the log that begin with `entry`, when the user gave no pipe.
+bool ask_pipe(Program& program, const std::string& title, const std::string& entry, std::int32_t& pipe) {
+  if (Ask_Number(program, "Please enter the pipe number (hex): ", title, pipe, true,
+                 "You did not enter a valid pipe number. Pleasy try again.", "")) {
+    return true;
+  }
+  Log_Info(program, entry + ": No valid pipe number entered.");
+  Log_Msg(program, "Read/Write Pipes failed");
+  return false;
+}
+
 void reset_pipe(Program& program) {
   std::int32_t pipe = 0;
-  if (!Ask_Number(program, "Please enter the pipe number (hex): ", "Select Pipe to Reset", pipe, true,
-                  "You did not enter a valid pipe number. Pleasy try again.", "")) {
-    Log_Info(program, "DiagMenu - Reset Pipe: No valid pipe number entered.");
-    Log_Msg(program, "Read/Write Pipes failed");
-    return;
-  }
+  if (!ask_pipe(program, "Select Pipe to Reset", "DiagMenu - Reset Pipe", pipe)) return;
   const boards::Status status = program.driver.WDU_ResetPipe(program.store.Dev_Handle, pipe);
   if (status == boards::success) {
     Log_Info(program,
@@ -106,12 +112,7 @@ void read_write_pipe(Program& program) {
     return;
   }
   std::int32_t pipe = 0;
-  if (!Ask_Number(program, "Please enter the pipe number (hex): ", "Enter Pipe Number", pipe, true,
-                  "You did not enter a valid pipe number. Pleasy try again.", "")) {
-    Log_Info(program, "Read/Write Pipes: No valid pipe number entered.");
-    Log_Msg(program, "Read/Write Pipes failed");
-    return;
-  }
+  if (!ask_pipe(program, "Enter Pipe Number", "Read/Write Pipes", pipe)) return;
   const auto& pipes = boards::active_setting(info).pipes;
   const bool exists = std::ranges::any_of(pipes, [&](const auto& known) { return known.address == pipe; });
   if (exists) {
