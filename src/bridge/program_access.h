@@ -35,7 +35,11 @@ class ProgramAccess {
   static forms::Color lamp(double color_index) { return forms::QBColor(color_index); }
   // Light and dark green alternate, so that a repeated good action shows that it was done. Anything else
   // becomes light green.
-  void flip_lamp(forms::Shape& shape);
+  void flip_lamp(forms::Shape& shape) { flip_lamp(shape, store.Clr_DkGreen); }
+  // The same with another colour than dark green, by its index.
+  void flip_lamp(forms::Shape& shape, double other);
+  // A good action flips its lamp, a failed one turns it red.
+  void show_action(forms::Shape& shape, bool good);
   // The result of a communications test: "Good" on green or "Fail" on red.
   static void show_verdict(forms::Label& label, bool good);
 };

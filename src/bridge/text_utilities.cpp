@@ -53,10 +53,9 @@ std::int16_t Split_Fields(std::string& text, std::span<std::string> fields, std:
 }
 
 int Hex_Key(int& KeyAscii) {
-  constexpr int backspace = 8;
   if (KeyAscii >= 'a' && KeyAscii <= 'f') KeyAscii -= 'a' - 'A';
-  const bool passes =
-      (KeyAscii >= '0' && KeyAscii <= '9') || KeyAscii == backspace || (KeyAscii >= 'A' && KeyAscii <= 'F');
+  const bool passes = (KeyAscii >= '0' && KeyAscii <= '9') || KeyAscii == forms::vbKeyBack ||
+                      (KeyAscii >= 'A' && KeyAscii <= 'F');
   return passes ? KeyAscii : 0;
 }
 

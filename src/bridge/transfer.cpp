@@ -55,6 +55,12 @@ void fast_transfer(Program& program, bool read) {
   yield_within_transfer(program);
 }
 
+void size_transfer(Store& store, std::int32_t pipe, std::int32_t size) {
+  store.Pipe_Num = pipe;
+  store.Xfer_Size = size;
+  ReDim_Xfer_Buf(store);
+}
+
 // False, with its words in the log, when the device doesn't give its information or has no pipes.
 bool device_is_ready(Program& program, std::string_view routine) {
   Store& store = program.store;
@@ -89,6 +95,11 @@ bool checked_transfer(Program& program, bool read, std::string_view routine) {
 
 }  // namespace
 
+void set_bus_address(Store& store, int write_address) {
+  store.I2C_WrAdr = static_cast<std::uint8_t>(write_address);
+  store.I2C_RdAdr = static_cast<std::uint8_t>(write_address + 1);
+}
+
 void ReDim_Xfer_Buf(Store& store) {
   store.Xfer_Buf.assign(static_cast<std::size_t>(std::max(store.Xfer_Size, 0)), 0);
 }
@@ -99,17 +110,17 @@ std::uint8_t xfer_byte(const Store& store, std::size_t index) {
 }
 
 void set_request(Store& store, std::int32_t pipe, std::initializer_list<int> bytes) {
-  store.Pipe_Num = pipe;
-  store.Xfer_Size = static_cast<std::int32_t>(bytes.size());
-  ReDim_Xfer_Buf(store);
+  set_blank_request(store, pipe, static_cast<std::int32_t>(bytes.size()));
   std::ranges::transform(bytes, store.Xfer_Buf.begin(),
                          [](int byte) { return static_cast<std::uint8_t>(byte); });
 }
 
+void set_blank_request(Store& store, std::int32_t pipe, std::int32_t size) {
+  size_transfer(store, pipe, size);
+}
+
 void set_reply(Store& store, std::int32_t pipe, std::int32_t size) {
-  store.Pipe_Num = pipe;
-  store.Xfer_Size = size;
-  ReDim_Xfer_Buf(store);
+  size_transfer(store, pipe, size);
 }
 
 void Fast_Write(Program& program) {

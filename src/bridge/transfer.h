@@ -18,12 +18,18 @@ namespace varzelin {
 // The bridge's IN pipe stands this much above its OUT pipe: the USB direction bit.
 inline constexpr std::int32_t in_pipe_offset = 128;
 
+// The bus address of the transfers to come, of which the low byte counts: writes go there, reads to the
+// address above it.
+void set_bus_address(Store& store, int write_address);
+
 // Makes Xfer_Buf anew, all zero, with Xfer_Size bytes.
 void ReDim_Xfer_Buf(Store& store);
 // A byte of Xfer_Buf; raises subscript_out_of_range beyond its end.
 std::uint8_t xfer_byte(const Store& store, std::size_t index);
 // Sets up a request of these bytes on the pipe; the caller then writes it.
 void set_request(Store& store, std::int32_t pipe, std::initializer_list<int> bytes);
+// Sets up a request of this many zero bytes; the caller fills it, and then writes it.
+void set_blank_request(Store& store, std::int32_t pipe, std::int32_t size);
 // Sets up a reply of this many bytes on the pipe; the caller then reads it.
 void set_reply(Store& store, std::int32_t pipe, std::int32_t size);
 

@@ -18,6 +18,9 @@ constexpr Color RGB(int red, int green, int blue) {
 
 inline constexpr Color clr_black = RGB(0, 0, 0);
 inline constexpr Color clr_white = RGB(255, 255, 255);
+inline constexpr Color clr_red = RGB(255, 0, 0);
+inline constexpr Color clr_green = RGB(0, 255, 0);
+inline constexpr Color clr_dark_green = RGB(0, 128, 0);
 inline constexpr Color clr_window_background{0x80000005};
 inline constexpr Color clr_window_text{0x80000008};
 inline constexpr Color clr_button_face{0x8000000F};

@@ -54,6 +54,10 @@ const char* event_name(Event event);
 // False when there is no event of that name.
 bool event_from_name(std::string_view name, Event& event);
 
+// Character codes of the keys that handlers know.
+inline constexpr int vbKeyBack = 8;
+inline constexpr int vbKeyReturn = 13;
+
 // What a handler may be given.
 struct EventArgs {
   int index = -1;     // element of a control array

@@ -34,15 +34,13 @@ int press_key(TextBox& box, int key_ascii) {
 }
 
 void type(TextBox& box, std::string_view text) {
-  constexpr int backspace = 8;
-  constexpr int carriage_return = 13;
   for (const char character : text) {
     const int key = press_key(box, static_cast<unsigned char>(character));
-    if (key == backspace) {
+    if (key == vbKeyBack) {
       if (!box.Text.get().empty()) box.Text = box.Text.get().substr(0, box.Text.get().size() - 1);
-    } else if (key == carriage_return && box.MultiLine) {
+    } else if (key == vbKeyReturn && box.MultiLine) {
       box.Text.append("\r\n");
-    } else if (key != 0 && key != carriage_return) {
+    } else if (key != 0 && key != vbKeyReturn) {
       const char entered = static_cast<char>(key);
       box.Text.append({&entered, 1});
     }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "bridge/session.h"
 #include "bridge/transfer.h"
+#include "workbench/connection_rule.h"
 
 namespace varzelin {
 namespace {
@@ -53,24 +53,16 @@ ALS_Batch::ALS_Batch(Program& owner) : ProgramForm(owner, form_name, "ALS, IR, P
 
 void ALS_Batch::open_session() {
   DoEvents();
-  if (store.Man_Usb_Conn == 0) {
-    Mod_Connect_Usb(program);
-    DoEvents();
-  }
-  DoEvents();
+  connect_unseen_by_rule(program);
 }
 
 void ALS_Batch::close_session() {
-  if (store.Man_Usb_Conn == 0) {
-    Mod_Disconnect_USB(program);
-    DoEvents();
-  }
-  DoEvents();
+  disconnect_unseen_by_rule(program);
 }
 
 void ALS_Batch::I2C_Read(std::uint8_t address, std::uint8_t reg, std::int16_t count,
                          std::span<std::int32_t> data) {
-  set_reply(store, store.I2C_Pipe, count + 1);
+  set_blank_request(store, store.I2C_Pipe, count + 1);
   if (store.Xfer_Buf.size() < 3) forms::raise_error(forms::subscript_out_of_range);
   store.Xfer_Buf[0] = static_cast<std::uint8_t>(count);
   store.Xfer_Buf[1] = address;
@@ -85,7 +77,7 @@ void ALS_Batch::I2C_Read(std::uint8_t address, std::uint8_t reg, std::int16_t co
 
 void ALS_Batch::I2C_Write(std::uint8_t address, std::uint8_t reg, std::int16_t count,
                           std::span<std::int32_t> data) {
-  set_reply(store, store.I2C_Pipe, count + 3);
+  set_blank_request(store, store.I2C_Pipe, count + 3);
   store.Xfer_Buf[0] = static_cast<std::uint8_t>(count);
   store.Xfer_Buf[1] = address;
   store.Xfer_Buf[2] = reg;

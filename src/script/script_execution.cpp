@@ -11,9 +11,6 @@
 namespace varzelin {
 namespace {
 
-constexpr forms::Color red = forms::RGB(255, 0, 0);
-constexpr forms::Color green = forms::RGB(0, 255, 0);
-
 constexpr int settling_yields = 1000;
 // Bus addresses from here on are no device's.
 constexpr int first_illegal_address = 255;
@@ -68,7 +65,7 @@ void frmScriptOps::leave_unselected_row() {
 }
 
 void frmScriptOps::begin_row(int row) {
-  vbalGrid1.set_back(row, address_column, red);
+  vbalGrid1.set_back(row, address_column, forms::clr_red);
   Script_Line = std::to_string(row);
   row_address = vbalGrid1.cell(row, address_column).text;
   row_reg = vbalGrid1.cell(row, reg_column).text;
@@ -77,7 +74,7 @@ void frmScriptOps::begin_row(int row) {
 }
 
 void frmScriptOps::end_row(int row) {
-  vbalGrid1.set_back(row, address_column, green);
+  vbalGrid1.set_back(row, address_column, forms::clr_green);
   DoEvents();
   if (store.Usb_Open == 0) return;
   if (Script_Running == 0) {
@@ -113,8 +110,7 @@ void frmScriptOps::transact(int row) {
     MsgBox("Illegal I2C address Script Row " + std::to_string(row) + " Value = " + row_address);
     return;
   }
-  store.I2C_WrAdr = static_cast<std::uint8_t>(address);
-  store.I2C_RdAdr = static_cast<std::uint8_t>(address + 1);
+  set_bus_address(store, address);
   const auto with_register = [&](std::int16_t bytes) {
     return bytes == 0 ? std::int16_t{0} : forms::to_int16(at(Script_Reg_Qty, row) + bytes);
   };
@@ -147,7 +143,7 @@ void frmScriptOps::compare_read(int row) {
     vbalGrid1.set_text(row, act_column, actual);
   }
   const bool equal = actual == row_data_rd;
-  vbalGrid1.set_back(row, act_column, equal ? green : red);
+  vbalGrid1.set_back(row, act_column, equal ? forms::clr_green : forms::clr_red);
   if (equal) {
     count_up(txtRdPass);
   } else {
@@ -180,7 +176,7 @@ std::size_t frmScriptOps::put_register_bytes(int row) {
 
 void frmScriptOps::Write_I2C() {
   const int row = forms::CInt(forms::Val(Script_Line));
-  set_reply(store, store.I2C_Pipe, Script_Wr_Count + 2);
+  set_blank_request(store, store.I2C_Pipe, Script_Wr_Count + 2);
   store.Xfer_Buf[0] = static_cast<std::uint8_t>(Script_Wr_Count);
   store.Xfer_Buf[1] = store.I2C_WrAdr;
   std::size_t place = put_register_bytes(row);
@@ -193,7 +189,7 @@ void frmScriptOps::Write_I2C() {
 
   const int acknowledged = xfer_byte(store, 0);
   if (acknowledged != at(Script_Wr_Qty, row) + at(Script_Reg_Qty, row) + 1) {
-    vbalGrid1.set_back(row, wr_column, red);
+    vbalGrid1.set_back(row, wr_column, forms::clr_red);
     Log_Msg(program,
             "Write Qty Error Script Line " + Script_Line + " Actual= " + std::to_string(acknowledged));
   }
@@ -201,7 +197,7 @@ void frmScriptOps::Write_I2C() {
 
 void frmScriptOps::Read_I2C() {
   const int row = forms::CInt(forms::Val(Script_Line));
-  set_reply(store, store.I2C_Pipe, at(Script_Reg_Qty, row) + 2);
+  set_blank_request(store, store.I2C_Pipe, at(Script_Reg_Qty, row) + 2);
   store.Xfer_Buf[0] = static_cast<std::uint8_t>(at(Script_Rd_Qty, row));
   store.Xfer_Buf[1] = store.I2C_RdAdr;
   put_register_bytes(row);
@@ -211,7 +207,7 @@ void frmScriptOps::Read_I2C() {
 
   const int brought = xfer_byte(store, 0);
   if (brought != at(Script_Rd_Qty, row)) {
-    vbalGrid1.set_back(row, rd_column, red);
+    vbalGrid1.set_back(row, rd_column, forms::clr_red);
     Log_Msg(program, "Read Qty Error Script Line " + Script_Line + " Actual :" + std::to_string(brought));
   }
 }

@@ -4,13 +4,13 @@
 
 #include "bridge/log.h"
 #include "bridge/text_utilities.h"
+#include "bridge/transfer.h"
 #include "script/script_file.h"
 
 namespace varzelin {
 namespace {
 
 constexpr int rows_at_start = 24;
-constexpr int enter_key = 13;
 
 struct GridColumn {
   const char* header;
@@ -20,12 +20,6 @@ constexpr std::array grid_columns{GridColumn{"Line", 64},       GridColumn{"I2C 
                                   GridColumn{"Reg Adr", 64},    GridColumn{"Data_Wr", 64},
                                   GridColumn{"Data_Rd", 64},    GridColumn{"Act_Rd", 64},
                                   GridColumn{"Operation", 124}, GridColumn{"Comment", 298}};
-
-// A negative address takes its low byte, as on the workbench.
-void set_default_address(Store& store, std::int16_t address) {
-  store.I2C_WrAdr = static_cast<std::uint8_t>(address);
-  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
-}
 
 // The number of a line, at least three digits wide.
 std::string line_text(const std::string& line) {
@@ -64,7 +58,7 @@ void frmScriptOps::build_panel() {
   store.Active_Form = this;
   Script_Running = false_flag;
   txtI2CAdr.Text = workbench().txtI2CAdr.Text;
-  set_default_address(store, HexVal(txtI2CAdr.Text));
+  set_bus_address(store, HexVal(txtI2CAdr.Text));
   txtRunning.Text = "1";
   for (TextBox* box : {&txtI2CAdrOut, &txtI2CIntAdrOut, &txtI2CAdrIn, &txtI2CIntAdrIn}) box->Text = "00";
   for (auto* boxes : {&txtI2CBytesOut, &txtI2CBytesIN}) {
@@ -150,8 +144,8 @@ void frmScriptOps::show_row(int line, const ScriptRow& row) {
   vbalGrid1.set_text(line, operation_column, row.operation);
   vbalGrid1.set_text(line, comment_column, row.comment);
   if (row.bad_delay) {
-    vbalGrid1.set_back(line, operation_column, forms::RGB(255, 0, 0));
-    vbalGrid1.set_back(line, comment_column, forms::RGB(255, 0, 0));
+    vbalGrid1.set_back(line, operation_column, forms::clr_red);
+    vbalGrid1.set_back(line, comment_column, forms::clr_red);
   }
 }
 
@@ -198,11 +192,11 @@ void frmScriptOps::cmdReload2_Click() {
 }
 
 void frmScriptOps::txtI2CAdr_KeyPress(int& KeyAscii) {
-  if (KeyAscii == enter_key) {
+  if (KeyAscii == forms::vbKeyReturn) {
     txtI2CAdr.Text = forms::UCase(txtI2CAdr.Text);
     const std::int16_t address = HexVal(txtI2CAdr.Text);
     if (address < 255) {
-      set_default_address(store, address);
+      set_bus_address(store, address);
       cmdReload2_Click();
     } else {
       Log_Msg(program, "Address value too large script default I2C address Invalid");

@@ -134,7 +134,7 @@ void Scroll_Trace(Store& store, forms::PictureBox& picture, std::int32_t positio
 }
 
 void Plot_Trace(forms::PictureBox& picture, std::span<const std::int32_t> rows) {
-  constexpr auto pure_red = static_cast<std::int32_t>(forms::RGB(255, 0, 0).value);
+  constexpr auto pure_red = static_cast<std::int32_t>(forms::clr_red.value);
   for (int column = picture.ScaleWidth() - 1; column >= 0; --column) {
     if (static_cast<std::size_t>(column) >= rows.size()) forms::raise_error(forms::subscript_out_of_range);
     const std::int64_t row = rows[static_cast<std::size_t>(column)];

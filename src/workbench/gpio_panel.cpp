@@ -1,8 +1,8 @@
 #include "workbench/gpio_panel.h"
 
 #include "bridge/log.h"
-#include "bridge/session.h"
 #include "bridge/transfer.h"
+#include "workbench/connection_rule.h"
 
 namespace varzelin {
 namespace {
@@ -91,11 +91,7 @@ void frmGPIO::ChKLedData_Click(int Index) {
 }
 
 void frmGPIO::cmdGPIO_Write_Click() {
-  if (store.Man_Usb_Conn == 0) {
-    Mod_Connect_Usb(program);
-    DoEvents();
-  }
-  DoEvents();
+  connect_unseen_by_rule(program);
   store.I2C_WrCnt = 4;
   set_request(store, boards::pipe_gpio_out, {image(data_b), image(data_c), image(enable_b), image(enable_c)});
   WritePipe(program);
@@ -120,11 +116,7 @@ void frmGPIO::cmdGPIO_Write_Click() {
     row.lamp.FillColor = lamp(value == image(row.byte) ? store.Clr_LtGreen : row.differs);
   }
 
-  if (store.Man_Usb_Conn == 0) {
-    Mod_Disconnect_USB(program);
-    DoEvents();
-  }
-  DoEvents();
+  disconnect_unseen_by_rule(program);
 }
 
 }  // namespace varzelin

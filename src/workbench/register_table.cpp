@@ -1,12 +1,11 @@
 // The workbench's register rows and its single-byte panel: one register at a time.
 #include "bridge/text_utilities.h"
 #include "bridge/transfer.h"
+#include "workbench/connection_rule.h"
 #include "workbench/workbench.h"
 
 namespace varzelin {
 namespace {
-
-constexpr int enter_key = 13;
 
 // What the bridge answers when all went through: the bytes read, or the bytes put on the bus.
 constexpr int good_read = 1;
@@ -55,32 +54,20 @@ frmI2C_General::BusReply frmI2C_General::set_register_pointer(int register_numbe
 void frmI2C_General::show_row_write(int row, bool good) {
   shpBwrite(row).Visible = true;
   txtBWrite(row).Enabled = true;
-  if (good) {
-    flip_lamp(shpBwrite(row));
-  } else {
-    shpBwrite(row).FillColor = lamp(store.Clr_Red);
-  }
+  show_action(shpBwrite(row), good);
 }
 
 void frmI2C_General::show_row_read(int row, const BusReply& reply) {
   lblReadCount.Caption = forms::Str(reply.status);
-  txtRdByte(row).Text = forms::Hex2(reply.data);
-  if (reply.status == good_read) {
-    flip_lamp(Shape1(row));
-  } else {
-    txtRdByte(row).Text = "--";
-    Shape1(row).FillColor = lamp(store.Clr_Red);
-  }
+  const bool good = reply.status == good_read;
+  txtRdByte(row).Text = good ? forms::Hex2(reply.data) : "--";
+  show_action(Shape1(row), good);
 }
 
 void frmI2C_General::show_single_byte(Shape& action_lamp, bool good) {
   Shape3.FillColor = lamp(good ? store.Clr_LtGreen : store.Clr_Red);
-  if (good) {
-    flip_lamp(action_lamp);
-  } else {
-    txtReadByte.Text = "--";
-    action_lamp.FillColor = lamp(store.Clr_Red);
-  }
+  if (!good) txtReadByte.Text = "--";
+  show_action(action_lamp, good);
 }
 
 // --- rows ---
@@ -103,25 +90,25 @@ bool frmI2C_General::valid_write_text(TextBox& box) {
 
 void frmI2C_General::txtRdByte_Click(int Index) {
   if (txtRdByte(Index).Text.get().empty()) txtRdByte(Index).Text = "00";
-  connect_by_rule();
+  connect_by_rule(program);
   show_row_read(Index, read_register(HexVal(Reg_Adr(Index).Text)));
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::txtBWrite_KeyPress(int Index, int& KeyAscii) {
-  if (KeyAscii != enter_key || !valid_write_text(txtBWrite(Index))) return;
-  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  if (KeyAscii != forms::vbKeyReturn || !valid_write_text(txtBWrite(Index))) return;
+  connect_by_rule(program, 0);
   const BusReply reply = write_register(HexVal(Reg_Adr(Index).Text), HexVal(txtBWrite(Index).Text));
   lblReadCount.Caption = forms::Str(reply.status);
   show_row_write(Index, reply.status == good_write);
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 // Connects before it looks at the text, and takes "--" for a pointer write.
 void frmI2C_General::txtBWrite_DblClick(int Index) {
   TextBox& box = txtBWrite(Index);
   box.Text = forms::UCase(box.Text);
-  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  connect_by_rule(program, 0);
   const auto register_number = [&] { return HexVal(Reg_Adr(Index).Text); };
   std::optional<BusReply> reply;
   int good = good_write;
@@ -142,40 +129,40 @@ void frmI2C_General::txtBWrite_DblClick(int Index) {
     lblReadCount.Caption = forms::Str(reply->status);
     show_row_write(Index, reply->status == good);
   }
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 // --- the single-byte panel ---
 
 void frmI2C_General::cmdWrite1Byte_Click(int Index) {
   if (!valid_write_text(txtsbwr(Index))) return;
-  if (store.Man_Usb_Conn == 0) cmdUSBConnect_Click();
+  connect_by_rule(program, 0);
   const BusReply reply = write_register(HexVal(txtUserRegAdr.Text), HexVal(txtsbwr(Index).Text));
   lblReadCount.Caption = forms::Str(reply.status);
   Shape3.Visible = true;
   lblNak.Visible = true;
   show_single_byte(Shape2(Index), reply.status == good_write);
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::txtsbwr_KeyPress(int Index, int& KeyAscii) {
-  if (KeyAscii == enter_key && valid_write_text(txtsbwr(Index))) cmdWrite1Byte_Click(Index);
+  if (KeyAscii == forms::vbKeyReturn && valid_write_text(txtsbwr(Index))) cmdWrite1Byte_Click(Index);
 }
 
 void frmI2C_General::cmdRead_Click() {
   if (txtReadByte.Text.get().empty()) txtReadByte.Text = "00";
-  connect_by_rule();
+  connect_by_rule(program);
   // The status is preset to the good value: a reply transfer that fails leaves it so, where a row would
   // see 0.
   const BusReply reply = read_register(HexVal(txtUserRegAdr.Text), good_read);
   lblReadCount.Caption = forms::Str(reply.status);
   txtReadByte.Text = forms::Hex2(reply.data);
   show_single_byte(Shape2(2), reply.status == good_read);
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::txtUserRegAdr_KeyPress(int& KeyAscii) {
-  if (KeyAscii != enter_key) return;
+  if (KeyAscii != forms::vbKeyReturn) return;
   txtUserRegAdr.Text = forms::UCase(txtUserRegAdr.Text);
   if (HexVal(txtUserRegAdr.Text) == 0) txtUserRegAdr.Text = "00";
 }
@@ -183,7 +170,7 @@ void frmI2C_General::txtUserRegAdr_KeyPress(int& KeyAscii) {
 // --- all rows ---
 
 void frmI2C_General::cmdReadRegs_Click() {
-  connect_by_rule();
+  connect_by_rule(program);
   for (int row = 0; row < rows; ++row) {
     const bool active = is_active(row);
     if (active) {
@@ -194,11 +181,11 @@ void frmI2C_General::cmdReadRegs_Click() {
     Shape1(row).Visible = active;
     txtRdByte(row).Enabled = active;
   }
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::cmdwriteAll_Click() {
-  connect_by_rule();
+  connect_by_rule(program);
   for (int row = 0; row < rows; ++row) {
     if (!is_active(row) || txtBWrite(row).Text.get().size() != 2) {
       shpBwrite(row).FillColor = lamp(store.Clr_Black);
@@ -209,7 +196,7 @@ void frmI2C_General::cmdwriteAll_Click() {
     const BusReply reply = write_register(HexVal(Reg_Adr(row).Text), HexVal(txtBWrite(row).Text));
     show_row_write(row, reply.status == good_write);
   }
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::Command7_Click() {

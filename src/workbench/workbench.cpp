@@ -2,6 +2,7 @@
 
 #include "bridge/text_utilities.h"
 #include "bridge/transfer.h"
+#include "workbench/connection_rule.h"
 #include "workbench/gpio_panel.h"
 #include "workbench/usb_diagnostics.h"
 
@@ -114,21 +115,8 @@ void frmI2C_General::cbReset_Click() {
           "Press Reset Button On Evaluation Board, Software Reseting Control Registers to Reset Status");
 }
 
-void frmI2C_General::connect_by_rule() {
-  if (store.Man_Usb_Conn != 0) return;
-  cmdUSBConnect_Click();
-  DoEvents();
-}
-
-void frmI2C_General::disconnect_by_rule() {
-  if (store.Man_Usb_Conn != 0) return;
-  cmdUSBDisconnect_Click();
-  DoEvents();
-}
-
 void frmI2C_General::take_addresses() {
-  store.I2C_WrAdr = static_cast<std::uint8_t>(HexVal(txtI2CAdr.Text));
-  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
+  set_bus_address(store, HexVal(txtI2CAdr.Text));
 }
 
 void frmI2C_General::show_addresses() {
@@ -152,9 +140,9 @@ void frmI2C_General::mnuUsbDiag_Click(int Index) {
     Diag_Menu(program, *this, choice);
     return;
   }
-  connect_by_rule();
+  connect_by_rule(program);
   Diag_Menu(program, *this, choice);
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::mnuGPIO_Click() {

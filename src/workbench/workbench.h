@@ -210,10 +210,6 @@ class frmI2C_General final : public ProgramForm, private SessionDisplay {
   forms::Elements row_boxes(const char* tool_tip);
   void Read_Param_File();
 
-  // Every action opens the session first and closes it last, unless the user holds it.
-  void connect_by_rule();
-  void disconnect_by_rule();
-
   void show_addresses();
   void take_addresses();
   bool is_active(int row);

@@ -3,6 +3,7 @@
 
 #include "bridge/text_utilities.h"
 #include "bridge/transfer.h"
+#include "workbench/connection_rule.h"
 #include "workbench/gpio_panel.h"
 #include "workbench/setup_file.h"
 #include "workbench/workbench.h"
@@ -10,7 +11,6 @@
 namespace varzelin {
 namespace {
 
-constexpr int enter_key = 13;
 constexpr int test_register = 2;
 constexpr int test_reply_size = 3;
 constexpr int red_led = 0;
@@ -59,14 +59,14 @@ void frmI2C_General::show_on_leds(bool good) {
 }
 
 void frmI2C_General::cmdTestComm_Click() {
-  connect_by_rule();
+  connect_by_rule(program);
   if (HexVal(txtI2CAdr.Text) >= 255) {
     Log_Msg(program, "Address value too large");
     txtActualWrtAddress.Text = "--";
     txtActualReadAddress.Text = "--";
     show_comm_result(false);
-    set_reply(store, boards::pipe_gpio_out, 2);
-    if (store.Man_Usb_Conn == 0) cmdUSBDisconnect_Click();
+    set_blank_request(store, boards::pipe_gpio_out, 2);
+    disconnect_by_rule(program, 0);
     return;
   }
   take_addresses();
@@ -86,11 +86,11 @@ void frmI2C_General::cmdTestComm_Click() {
   }
   show_on_leds(good);
   // The GPIO panel found the session open and closed it: this acts on the lamps only.
-  disconnect_by_rule();
+  disconnect_by_rule(program);
 }
 
 void frmI2C_General::txtI2CAdr_KeyPress(int& KeyAscii) {
-  if (KeyAscii != enter_key) return;
+  if (KeyAscii != forms::vbKeyReturn) return;
   show_verdict(lblCommTest, false);
   cmdTestComm_Click();
 }

@@ -1,5 +1,6 @@
 #include "panels/common/bus_panel.h"
 
+#include "workbench/connection_rule.h"
 #include "workbench/workbench.h"
 
 namespace varzelin {
@@ -16,15 +17,11 @@ void BusPanel::disconnect() {
 }
 
 void BusPanel::connect_by_rule() {
-  if (store.Man_Usb_Conn != 0) return;
-  connect();
-  DoEvents();
+  varzelin::connect_by_rule(program);
 }
 
 void BusPanel::disconnect_by_rule() {
-  if (store.Man_Usb_Conn != 0) return;
-  disconnect();
-  DoEvents();
+  varzelin::disconnect_by_rule(program);
 }
 
 void BusPanel::hold_session() {
