@@ -42,6 +42,18 @@ void each_row(const forms::PictureBox& picture, std::int64_t from, std::int64_t 
   for (std::int64_t row = std::max<std::int64_t>(low, 0); row <= last; ++row) visit(static_cast<int>(row));
 }
 
+// Calls visit(column, row, saved) for every element of the saved screen that belongs to the picture. The
+// row below its last one belongs to it too.
+template <class Screen, class Visit>
+void each_saved_pixel(Screen& screen, const forms::PictureBox& picture, Visit&& visit) {
+  const int columns = std::min(picture.ScaleWidth(), static_cast<int>(screen.size()));
+  const int rows = std::min(picture.ScaleHeight() + 1, static_cast<int>(screen[0].size()));
+  for (int column = 0; column < columns; ++column) {
+    auto& saved = screen[static_cast<std::size_t>(column)];
+    for (int row = 0; row < rows; ++row) visit(column, row, saved[static_cast<std::size_t>(row)]);
+  }
+}
+
 }  // namespace
 
 void clear_trace(Store& store) {
@@ -89,25 +101,13 @@ void DrawGridLabels2(const Store& store, forms::PictureBox& labels, const forms:
 }
 
 void Save_Screen(Store& store, const forms::PictureBox& picture) {
-  const int columns = std::min(picture.ScaleWidth(), static_cast<int>(store.Screen_Pixels.size()));
-  const int last_row = std::min(picture.ScaleHeight(), static_cast<int>(store.Screen_Pixels[0].size()) - 1);
-  for (int column = 0; column < columns; ++column) {
-    auto& saved = store.Screen_Pixels[static_cast<std::size_t>(column)];
-    for (int row = 0; row <= last_row; ++row) {
-      saved[static_cast<std::size_t>(row)] = picture.GetPixel(column, row);
-    }
-  }
+  each_saved_pixel(store.Screen_Pixels, picture,
+                   [&](int column, int row, std::int32_t& saved) { saved = picture.GetPixel(column, row); });
 }
 
 void Restore_Screen(const Store& store, forms::PictureBox& picture) {
-  const int columns = std::min(picture.ScaleWidth(), static_cast<int>(store.Screen_Pixels.size()));
-  const int last_row = std::min(picture.ScaleHeight(), static_cast<int>(store.Screen_Pixels[0].size()) - 1);
-  for (int column = 0; column < columns; ++column) {
-    const auto& saved = store.Screen_Pixels[static_cast<std::size_t>(column)];
-    for (int row = 0; row <= last_row; ++row) {
-      picture.SetPixelV(column, row, saved[static_cast<std::size_t>(row)]);
-    }
-  }
+  each_saved_pixel(store.Screen_Pixels, picture,
+                   [&](int column, int row, std::int32_t saved) { picture.SetPixelV(column, row, saved); });
   picture.Refresh();
 }
 

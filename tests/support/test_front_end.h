@@ -1,9 +1,11 @@
 // A front end without a screen: dialogs are answered as queued, the user acts at chosen yields.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,9 @@ class TestFrontEnd final : public forms::FrontEnd {
   std::deque<int> box_answers;
   std::deque<std::optional<std::string>> input_answers;
   std::deque<std::optional<std::string>> file_answers;
+  // How many yields are left. A run that would go on for ever fails once there are none: what it throws is
+  // no business of any handler, nor of the program's end, and reaches the test.
+  std::int64_t yields_left = 5'000'000;
   // Called at every yield while set.
   std::function<void()> at_yield;
   // Called when nothing is to do, while set.
@@ -40,6 +45,8 @@ class TestFrontEnd final : public forms::FrontEnd {
   }
   void runtime_error(const forms::RunTimeError& error) override { errors.push_back(error.number); }
   void yield() override {
+    if (yields_left == 0) throw std::runtime_error("ran beyond its budget of yields");
+    --yields_left;
     if (at_yield) at_yield();
   }
   void idle(std::optional<forms::Clock::Duration> limit) override {
