@@ -167,6 +167,26 @@ TEST_F(BridgeTransfer, TheLampIsThatOfTheFormInFront) {
   program.forms.unload("frmGPIO");
 }
 
+TEST_F(BridgeTransfer, ReadsGoToTheAddressAboveThatOfTheWrites) {
+  struct Addresses {
+    int given, write, read;
+  };
+  for (const auto& [given, write, read] : {Addresses{0x50, 0x50, 0x51}, Addresses{0xFF, 0xFF, 0},
+                                           Addresses{-2, 0xFE, 0xFF}, Addresses{0x188, 0x88, 0x89}}) {
+    set_bus_address(store, given);
+    EXPECT_EQ(store.I2C_WrAdr, write) << given;
+    EXPECT_EQ(store.I2C_RdAdr, read) << given;
+  }
+}
+
+TEST_F(BridgeTransfer, ABlankRequestIsZeroUntilItIsFilled) {
+  store.Xfer_Buf = {1, 2, 3};
+  set_blank_request(store, boards::pipe_i2c_out, 4);
+  EXPECT_EQ(store.Xfer_Buf, (std::vector<std::uint8_t>(4)));
+  EXPECT_EQ(store.Xfer_Size, 4);
+  EXPECT_EQ(store.Pipe_Num, boards::pipe_i2c_out);
+}
+
 TEST_F(BridgeTransfer, AReplyBufferIsZeroUntilItIsAnswered) {
   store.Xfer_Buf = {1, 2, 3};
   set_reply(store, boards::pipe_i2c_in, 4);

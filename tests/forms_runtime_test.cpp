@@ -114,6 +114,18 @@ TEST_F(FormsRuntime, EndingUnwindsNestedHandlersAndDoEvents) {
   EXPECT_EQ(runtime.handlers_on_stack(), 0);
 }
 
+// Not a promise of the runtime but of the front end that tests have.
+TEST_F(FormsRuntime, ALoopWithoutEndFailsItsTestByTheBudgetOfYields) {
+  user.yields_left = 3;
+  int passes = 0;
+  const auto endless = [&] {
+    for (;; ++passes) runtime.DoEvents();
+  };
+  EXPECT_THROW(runtime.dispatch([&] { forms::resume_next(endless); }), std::runtime_error);
+  EXPECT_EQ(passes, 3);
+  EXPECT_THROW(runtime.DoEvents(), std::runtime_error) << "no second run after it either";
+}
+
 TEST_F(FormsRuntime, EndingPassesAnErrorBranch) {
   runtime.post([&] {
     forms::resume_next([&] { runtime.end(); });

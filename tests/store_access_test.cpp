@@ -50,7 +50,7 @@ TEST_F(StoreAccess, TheSharedVariablesOfAllFormsAreThere) {
         "Trace_Y",    "Trace_Pos",    "Scale_Max",    "Scale_Min",      "Scale_Span",    "Screen_Pixels",
         "Label_Left", "Label_Right",  "Label_Time",   "AbortRequested", "TriggerDone",   "SingleReading",
         "IntervalMs", "Sample_Count", "Sample_Value", "Sample_Value2",  "EventsEnabled", "PendingUpdate",
-        "RegImage",   "Log_Error",    "Clr_LtGreen"}) {
+        "RegImage",   "Log_Error",    "Clr_LtGreen",  "RawReading",     "RawReading2",   "MsbLimit"}) {
     EXPECT_NE(find_store_variable(name), nullptr) << name;
   }
 }
@@ -79,6 +79,7 @@ TEST_F(StoreAccess, AWrongTypeIsRefused) {
   EXPECT_FALSE(set("PeakReading", std::string("1")));
   EXPECT_FALSE(set("Sample_Count", std::numeric_limits<double>::quiet_NaN()));
   EXPECT_FALSE(set("Sample_Count", std::numeric_limits<double>::infinity()));
+  EXPECT_FALSE(set("Sample_Count", -std::numeric_limits<double>::infinity()));
   EXPECT_EQ(store.Rev_Sel, "B");
   EXPECT_EQ(store.Sample_Count, 0);
   EXPECT_TRUE(set("Sample_Count", 3.0));
@@ -86,14 +87,36 @@ TEST_F(StoreAccess, AWrongTypeIsRefused) {
 }
 
 TEST_F(StoreAccess, AValueBeyondTheTypeIsRefused) {
-  EXPECT_TRUE(set("I2C_WrAdr", Int{255}));
-  EXPECT_FALSE(set("I2C_WrAdr", Int{256}));
-  EXPECT_FALSE(set("I2C_WrAdr", Int{-1}));
-  EXPECT_EQ(store.I2C_WrAdr, 255);
-  EXPECT_TRUE(set("Usb_Open", Int{-32768}));
-  EXPECT_FALSE(set("Usb_Open", Int{32768}));
-  EXPECT_FALSE(set("Usb_Status", Int{1} << 31));
-  EXPECT_FALSE(set("Gpio_Image", Int{0x100}, 0));
+  struct Bounds {
+    const char* name;
+    Int least, most;
+  };
+  for (const auto& [name, least, most] :
+       {Bounds{"I2C_WrAdr", 0, 255}, Bounds{"Gpio_Image", 0, 255}, Bounds{"Usb_Open", -32768, 32767},
+        Bounds{"Usb_Status", -(Int{1} << 31), (Int{1} << 31) - 1}}) {
+    for (const Int bound : {least, most}) {
+      EXPECT_TRUE(set(name, bound)) << name;
+      EXPECT_EQ(get(name), StoreValue(bound));
+      EXPECT_TRUE(set(name, static_cast<double>(bound))) << name;
+      EXPECT_EQ(get(name), StoreValue(bound));
+    }
+    ASSERT_TRUE(set(name, Int{7}));
+    for (const Int beyond : {least - 1, most + 1, 2 * least - 1, 2 * most + 2,
+                             std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()}) {
+      EXPECT_FALSE(set(name, beyond)) << name << " " << beyond;
+      EXPECT_FALSE(set(name, static_cast<double>(beyond))) << name << " " << beyond;
+    }
+    for (const double huge : {9.1e15, 18446744073709551616.0, 1e300}) {
+      EXPECT_FALSE(set(name, huge)) << name << " " << huge;
+      EXPECT_FALSE(set(name, -huge)) << name << " " << -huge;
+    }
+    EXPECT_EQ(get(name), StoreValue(Int{7})) << name << " is as it was";
+  }
+}
+
+TEST_F(StoreAccess, AFloatingPointVariableTakesAnyNumber) {
+  EXPECT_TRUE(set("PeakReading", 1e300));
+  EXPECT_EQ(store.PeakReading, 1e300);
 }
 
 TEST_F(StoreAccess, TheSizesAreThoseOfTheArrays) {

@@ -119,13 +119,31 @@ TEST_F(Screen, SavesByColumnAndRowAndRestoresEveryPixel) {
     for (int y = 0; y < 304; ++y) form.plot.SetPixelV(x, y, colour(x, y));
   }
   Save_Screen(store, form.plot);
-  EXPECT_EQ(store.Screen_Pixels[402][303], colour(402, 303));
-  EXPECT_EQ(store.Screen_Pixels[5][9], colour(5, 9));
+  for (int x = 0; x < 403; ++x) {
+    for (int y = 0; y < 304; ++y) {
+      ASSERT_EQ(store.Screen_Pixels[static_cast<std::size_t>(x)][static_cast<std::size_t>(y)], colour(x, y))
+          << x << "," << y;
+    }
+  }
   form.plot.Cls();
   Restore_Screen(store, form.plot);
   for (int x = 0; x < 403; ++x) {
     for (int y = 0; y < 304; ++y) ASSERT_EQ(form.plot.GetPixel(x, y), colour(x, y)) << x << "," << y;
   }
+}
+
+// The copy takes in the row below the picture's last one, which has no colour there.
+TEST_F(Screen, SavesOneRowMoreThanThePictureHasAndNoColumnMore) {
+  Surface form(*this, 5, 4);
+  store.Screen_Pixels[5].fill(7);
+  for (std::size_t x = 0; x < 5; ++x) store.Screen_Pixels[x].fill(7);
+  Save_Screen(store, form.plot);
+  for (std::size_t x = 0; x < 5; ++x) {
+    for (std::size_t y = 0; y < 4; ++y) EXPECT_EQ(store.Screen_Pixels[x][y], white) << x << "," << y;
+    EXPECT_EQ(store.Screen_Pixels[x][4], forms::PictureBox::invalid_color) << x;
+    EXPECT_EQ(store.Screen_Pixels[x][5], 7) << x;
+  }
+  for (std::size_t y = 0; y < 6; ++y) EXPECT_EQ(store.Screen_Pixels[5][y], 7) << y;
 }
 
 TEST_F(Screen, APictureLargerThanTheCopyIsSavedAsFarAsTheCopyGoes) {

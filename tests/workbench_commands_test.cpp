@@ -201,6 +201,14 @@ TEST_F(CommTest, ThreeDigitsAreTooLargeAndFourMayBeNegative) {
   EXPECT_EQ(recorder.packets[0], request({1, 0, 2}));
 }
 
+TEST_F(CommTest, ARefusalYieldsAfterItsConnectAndNotAfterItsDisconnect) {
+  const int buttons = yields_of([&] {
+    bench.cmdUSBConnect_Click();
+    bench.cmdUSBDisconnect_Click();
+  });
+  EXPECT_EQ(yields_of([&] { test_address("FF"); }), buttons + 1);
+}
+
 TEST_F(CommTest, ARefusalInManualModeLeavesTheSessionOpen) {
   hold_session();
   test_address("FF");
