@@ -395,6 +395,14 @@ TEST_F(ScriptExecution, RowsMissingAfterAFailedLoadAreToldOneByOne) {
   EXPECT_TRUE(panel->cmdExecAll.Enabled);
 }
 
+TEST_F(ScriptExecution, ClosingThePanelEndsItsPassAtTheNextRow) {
+  load("00,,00\n01,,00\n02,,00");
+  at_yield([&] { return panel->txtRunning.Text == "2"; }, [&] { program.forms.unload(*panel); });
+  click(panel->cmdExecAll);
+  EXPECT_EQ(i2c(false).size(), 2u);
+  EXPECT_EQ(store.Usb_Open, 0);
+}
+
 // --- loop ---
 
 TEST_F(ScriptExecution, LoopRunsUntilAnAbortInAPass) {
