@@ -88,9 +88,4 @@ void BusPanel::run_deferred(const std::vector<DeferredWork>& work) {
   }
 }
 
-void BusPanel::beat(Shape& shape) {
-  const bool was_light = shape.FillColor.get() == lamp(store.Clr_LtGreen);
-  shape.FillColor = lamp(was_light ? store.Clr_Black : store.Clr_LtGreen);
-}
-
 }  // namespace varzelin

@@ -82,9 +82,6 @@ class BusPanel : public ProgramForm {
     if (!overtaken()) ProgramForm::Sleep(milliseconds);
   }
 
-  // A heartbeat between black and light green.
-  void beat(Shape& shape);
-
  private:
   int address(AddressForm form) const {
     return form == AddressForm::write ? store.I2C_WrAdr : store.I2C_RdAdr;

@@ -50,7 +50,7 @@ void SensorPanel::timed_pass() {
   }
   DoEvents();
   Record_Triggered_Light_Count();
-  beat(shpSample);
+  flip_lamp(shpSample, store.Clr_Black);
   DoEvents();
   sampling_pass_ends();
   run_sampling_work();
@@ -276,7 +276,7 @@ void SensorPanel::cmdStopData_Click() {
 // --- interval and scale boxes ---
 
 void SensorPanel::txtInterval_KeyPress(int& KeyAscii) {
-  if (KeyAscii != enter_key) return;
+  if (KeyAscii != forms::vbKeyReturn) return;
   store.IntervalMs = interval_of_text();
   store.Sample_Run = false_flag;
   DoEvents();

@@ -6,6 +6,11 @@
 #include "workbench/gpio_panel.h"
 
 namespace varzelin {
+namespace {
+
+constexpr int default_address = 0x88;
+
+}  // namespace
 
 SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
     : BusPanel(owner, panel_model),
@@ -54,8 +59,7 @@ void SensorPanel::Form_Load() {
   ShpAttach.FillColor = lamp(store.Clr_LtGreen);
   store.AbortRequested = false_flag;
   store.Sample_Run = false_flag;
-  store.I2C_WrAdr = 0x88;
-  store.I2C_RdAdr = 0x89;
+  set_bus_address(store, default_address);
   store.Board_Rev = 2;
   store.I2C_Pipe = 2;
   DoEvents();
@@ -141,12 +145,10 @@ void SensorPanel::draw_labels() {
 }
 
 void SensorPanel::LstDeviceSel_MouseUp() {
-  store.I2C_WrAdr = 0x88;
   const std::int32_t row = LstDeviceSel.ListIndex;
-  if (row >= 0 && static_cast<std::size_t>(row) < model.devices.size()) {
-    store.I2C_WrAdr = model.devices[static_cast<std::size_t>(row)].write_address;
-  }
-  store.I2C_RdAdr = static_cast<std::uint8_t>(store.I2C_WrAdr + 1);
+  const bool in_table = row >= 0 && static_cast<std::size_t>(row) < model.devices.size();
+  set_bus_address(store,
+                  in_table ? model.devices[static_cast<std::size_t>(row)].write_address : default_address);
   txtI2CAddr.Text = forms::Hex(forms::CLng(store.I2C_WrAdr / 2.0));
   txtI2cXmitAdr.Text = forms::Hex(store.I2C_WrAdr);
 }

@@ -24,7 +24,6 @@ class SensorPanel : public BusPanel {
   static constexpr std::int32_t last_sample = 1010;
   // Samples that are stored but reach neither the count nor the trace, while the sensor settles.
   static constexpr std::int32_t settling_samples = 10;
-  static constexpr int enter_key = 13;
 
   SensorPanel(Program& owner, const PanelModel& panel_model);
 

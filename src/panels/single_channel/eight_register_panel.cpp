@@ -174,7 +174,7 @@ void EightRegisterPanel::cmdSync_Click() {
 }
 
 void EightRegisterPanel::txtRegHex_KeyPress(int Index, int& KeyAscii) {
-  if (KeyAscii != enter_key) return;
+  if (KeyAscii != forms::vbKeyReturn) return;
   txtRegHex(Index).Text = forms::UCase(txtRegHex(Index).Text);
   limits.show_limit_of(Index);
   write_register(Index);

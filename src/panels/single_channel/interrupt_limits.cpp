@@ -41,12 +41,12 @@ void InterruptLimits::show_limit_of(int register_number) {
 
 void InterruptLimits::txtIUpperLimit_KeyPress(int& KeyAscii) {
   store.PendingIntHigh = false_flag;  // a write that waits is dropped by any key
-  if (KeyAscii == RegisterPanel::enter_key) enter(high());
+  if (KeyAscii == forms::vbKeyReturn) enter(high());
 }
 
 void InterruptLimits::txtILowerLimit_KeyPress(int& KeyAscii) {
   store.PendingIntLow = false_flag;
-  if (KeyAscii == RegisterPanel::enter_key) enter(low());
+  if (KeyAscii == forms::vbKeyReturn) enter(low());
 }
 
 void InterruptLimits::enter(const Limit& limit) {
