@@ -3,7 +3,7 @@
 
 #include "boards/simulated/statuses.h"
 #include "boards/trace/packet_words.h"
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 namespace boards {
 namespace {

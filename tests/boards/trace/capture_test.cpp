@@ -5,8 +5,8 @@
 #include <fstream>
 
 #include "boards/trace/pcapng.h"
-#include "simulated_board_fixture.h"
 #include "support/fake_driver.h"
+#include "support/simulated_board_fixture.h"
 #include "support/temporary_folder.h"
 
 namespace boards {

@@ -1,7 +1,7 @@
 // KVT71344/5 or KVT71356 in the socket of the simulated board, and a host on its bus.
 #pragma once
 
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 // Transfers take no time here, so that the clock moves by the test alone.
 class Kvt71344Test : public ConnectedBoardTest {

@@ -1,4 +1,4 @@
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 using namespace boards;
 

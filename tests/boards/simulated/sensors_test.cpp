@@ -2,7 +2,7 @@
 #include <limits>
 
 #include "boards/simulated/models.h"
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;

@@ -1,6 +1,6 @@
 #include <chrono>
 
-#include "console_fixture.h"
+#include "support/console_fixture.h"
 
 namespace console_test {
 namespace {

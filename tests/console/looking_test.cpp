@@ -3,7 +3,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "console_fixture.h"
+#include "support/console_fixture.h"
 
 namespace console_test {
 namespace {

@@ -1,6 +1,6 @@
 #include <set>
 
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 using namespace boards;
 

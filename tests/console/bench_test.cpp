@@ -1,6 +1,6 @@
 // Dialogs and the simulated board through the console.
 
-#include "console_fixture.h"
+#include "support/console_fixture.h"
 
 namespace console_test {
 namespace {

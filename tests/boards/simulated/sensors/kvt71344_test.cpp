@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "registers/kvt71344.h"
-#include "simulated_kvt71344_fixture.h"
+#include "support/simulated_kvt71344_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;

@@ -1,6 +1,6 @@
 #!/bin/sh
 # The console program itself: exit statuses, standard output and standard error.
-# usage: console_program_test.sh PROGRAM
+# usage: program_test.sh PROGRAM
 program=$1
 failed=0
 

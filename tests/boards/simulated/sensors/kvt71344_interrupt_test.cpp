@@ -1,7 +1,7 @@
 // KVT71344/5 and KVT71356: interrupt limits, persistence, flag and pin.
 #include <array>
 
-#include "simulated_kvt71344_fixture.h"
+#include "support/simulated_kvt71344_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;

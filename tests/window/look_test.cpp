@@ -7,7 +7,7 @@
 namespace {
 
 TEST(WindowLook, TheMenuEntryIsThatOfTheProgramsName) {
-  EXPECT_EQ(QGuiApplication::desktopFileName(), "window_look_test");
+  EXPECT_EQ(QGuiApplication::desktopFileName(), "window_test");
 }
 
 TEST(WindowLook, AProgramsMenuEntryHasItsName) {

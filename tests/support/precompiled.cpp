@@ -1,0 +1,1 @@
+// The precompiled header belongs to a target, and a target needs a source.
