@@ -14,14 +14,19 @@ target_compile_options(varzelin_warnings INTERFACE
 # GCC 12 sees overlapping copies in std::string's own operator+ when it optimizes (its bug 105651).
 target_compile_options(varzelin_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-# varzelin_box(<path below src> [USES <box targets>...]): a library from all sources in the folder.
-# The target's name is the path with '_' for '/'.
+# varzelin_box(<path below src> [FOLDERS <inner folders>...] [USES <box targets>...]): a library from all
+# sources in the folder and in those inner folders. The target's name is the path with '_' for '/'.
 function(varzelin_box path)
-  cmake_parse_arguments(BOX "" "" "USES" ${ARGN})
+  cmake_parse_arguments(BOX "" "" "FOLDERS;USES" ${ARGN})
   string(REPLACE "/" "_" target ${path})
   set(folder ${PROJECT_SOURCE_DIR}/src/${path})
-  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
-  file(GLOB headers CONFIGURE_DEPENDS ${folder}/*.h)
+  set(folders ${folder})
+  list(TRANSFORM BOX_FOLDERS PREPEND ${folder}/)
+  list(APPEND folders ${BOX_FOLDERS})
+  list(TRANSFORM folders APPEND /*.cpp OUTPUT_VARIABLE source_patterns)
+  list(TRANSFORM folders APPEND /*.h OUTPUT_VARIABLE header_patterns)
+  file(GLOB sources CONFIGURE_DEPENDS ${source_patterns})
+  file(GLOB headers CONFIGURE_DEPENDS ${header_patterns})
   set(include_root ${PROJECT_BINARY_DIR}/include/${target})
   get_filename_component(link_parent ${include_root}/${path} DIRECTORY)
   file(MAKE_DIRECTORY ${link_parent})

@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 
 #include "window/arranger.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 #include "window/look.h"
 
 namespace window {

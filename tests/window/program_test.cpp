@@ -20,7 +20,7 @@
 #include "support/window_program.h"
 #include "window/bench_window.h"
 #include "window/lamp.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 #include "workbench/gpio_panel.h"
 #include "workbench/workbench.h"
 

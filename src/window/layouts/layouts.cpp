@@ -1,4 +1,4 @@
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 
 #include <QGridLayout>
 #include <QGroupBox>

@@ -2,7 +2,7 @@
 
 #include "window/arranger.h"
 #include "window/emblem.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 #include "window/look.h"
 
 namespace window {

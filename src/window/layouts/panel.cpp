@@ -1,11 +1,11 @@
-#include "window/panel_layout.h"
+#include "window/layouts/panel.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 
 #include "window/arranger.h"
-#include "window/chart_layout.h"
+#include "window/layouts/chart.h"
 #include "window/look.h"
 
 namespace window {

@@ -3,7 +3,7 @@
 #include <QLabel>
 
 #include "window/arranger.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 #include "window/look.h"
 
 namespace window {

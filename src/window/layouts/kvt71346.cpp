@@ -3,9 +3,9 @@
 #include <QLabel>
 
 #include "window/arranger.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
+#include "window/layouts/panel.h"
 #include "window/look.h"
-#include "window/panel_layout.h"
 
 namespace window {
 namespace {

@@ -1,4 +1,4 @@
-#include "window/chart_layout.h"
+#include "window/layouts/chart.h"
 
 #include "window/arranger.h"
 #include "window/picture_view.h"

@@ -5,7 +5,7 @@
 #include <QProgressBar>
 
 #include "window/arranger.h"
-#include "window/layouts.h"
+#include "window/layouts/layouts.h"
 #include "window/look.h"
 
 namespace window {
