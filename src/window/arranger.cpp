@@ -45,6 +45,15 @@ QBoxLayout* column(const Parts& parts) {
   return box(QBoxLayout::TopToBottom, parts);
 }
 
+std::vector<int> Arranger::elements_of(std::string_view array) const {
+  std::vector<int> elements;
+  for (const forms::Control* control : form_.controls()) {
+    if (control->name() == array) elements.push_back(control->index());
+  }
+  std::ranges::sort(elements);
+  return elements;
+}
+
 QWidget* Arranger::operator()(std::string_view name, int index) {
   const forms::Control* control = form_.find(name, index);
   auto* widget = control ? window_.findChild<QWidget*>(to_qt(control->full_name())) : nullptr;

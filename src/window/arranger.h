@@ -41,6 +41,8 @@ class Arranger {
   Arranger(forms::Form& form, QWidget& window) : form_(form), window_(window) {}
 
   bool has(std::string_view name, int index = -1) const { return form_.find(name, index) != nullptr; }
+  // The elements that the form has of a control array, in ascending order.
+  std::vector<int> elements_of(std::string_view array) const;
   // The widget of a control, which has a place now. Throws std::logic_error when the form has no such
   // control.
   QWidget* operator()(std::string_view name, int index = -1);

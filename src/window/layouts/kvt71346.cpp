@@ -32,26 +32,12 @@ QLayout* left_column(Arranger& place) {
                  time_base, Part::room()});
 }
 
-QGroupBox* counts(Arranger& place) {
-  QBoxLayout* bytes = row({Part::room()});
-  for (int i = 0; i < 3; ++i) {
-    QWidget* byte = place.digits(3, place("txtSampleByte", i));
-    byte->setAccessibleName("Reply byte " + QString::number(i));
-    bytes->addWidget(byte);
-  }
-  auto* holder = new QWidget;
-  holder->setLayout(bytes);
-  return place.group("Last Triggered Reading",
-                     place.fields({place.field("lblSampleByte", holder),
-                                   place.field("lblADHex", place.digits(7, place("txtADHex"))),
-                                   place.field("lblADDec", place.digits(7, place("txtADDec")))}));
-}
-
 }  // namespace
 
 QLayout* arrange_kvt71346(Arranger& place) {
-  QLayout* right = column({sampling_group(place), readings_group(place), counts(place), scale_group(place),
-                           Part::room(), row({place("cbReset"), Part::room(), place("CommandButton1")})});
+  QGroupBox* triggered = place.group("Last Triggered Reading", triggered_reading(place));
+  QLayout* right = column({sampling_group(place), readings_group(place), triggered, chart_group(place),
+                           Part::room(), closing_row(place, "CommandButton1")});
   return panel(place, left_column(place), right);
 }
 

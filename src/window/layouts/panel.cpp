@@ -25,37 +25,58 @@ QGroupBox* sampling_group(Arranger& place) {
   auto* pace = place.fields({place.field("lblDelay", place("CboIntTime", delay_list)),
                              place.field("lblInterval", place.digits(7, place("txtInterval")))});
   return place.group(
-      "Sampling", column({pace, place.in_turn(place.lines(2, "cmdSample"), place.lines(2, "cmdEndSampling")),
-                          place.lines(3, "cmdCollectData"), place.keep_room(place("cmdStopData")),
-                          place.keep_room(place("cmdAbort"))}));
+      "Sampling",
+      column({pace, place.in_turn(place.lines(2, "cmdSample"), place.lines(2, "cmdEndSampling")),
+              place.lines(3, "cmdCollectData"),
+              row({{place.keep_room(place("cmdStopData")), 1}, place.keep_room(place("cmdAbort"))})}));
 }
 
 QGroupBox* readings_group(Arranger& place) {
   for (const char* name : {"Label17", "txtReading2", "Label6", "txtTime3", "Label14", "txtTime1"}) {
     place.keep_room(place(name));
   }
-  return place.group("Readings", place.fields({place.field("Label16", place.digits(7, place("txtReading"))),
-                                               place.field("Label17", place.digits(7, place("txtReading2"))),
-                                               place.field("Label6", place.digits(7, place("txtTime3"))),
-                                               place.field("Label14", place.digits(7, place("txtTime1")))}));
+  QWidget* reading = place.field("Label16", place.digits(7, place("txtReading"))).widget;
+  QBoxLayout* first = row({place("Label16"), Part::room(), reading});
+  if (place.has("txtReading3")) {
+    QWidget* raw = place.keep_room(place.digits(7, place("txtReading3")));
+    raw->setAccessibleName("Raw reading");
+    first->insertWidget(first->count() - 1, raw);
+  }
+  return place.group(
+      "Readings",
+      column({first, place.fields({place.field("Label17", place.digits(7, place("txtReading2"))),
+                                   place.field("Label6", place.digits(7, place("txtTime3"))),
+                                   place.field("Label14", place.digits(7, place("txtTime1")))})}));
 }
 
-QGroupBox* scale_group(Arranger& place) {
-  return place.group(
-      "Chart Scale",
-      column({row({place("lblScale"), place.field("lblScale", place.digits(6, place("txtScale"))).widget,
-                   place("lblScaleMin"),
-                   place.field("lblScaleMin", place.digits(6, place("txtScaleMin"))).widget}),
-              place("cmdScale"), place("cmdAutoScale")}));
+QLayout* triggered_reading(Arranger& place) {
+  QBoxLayout* bytes = row({place("lblSampleByte"), Part::room()});
+  for (const int i : place.elements_of("txtSampleByte")) {
+    QWidget* byte = place.digits(3, place("txtSampleByte", i));
+    byte->setAccessibleName("Reply byte " + QString::number(i));
+    bytes->addWidget(byte);
+  }
+  return column({bytes, place.fields({place.field("lblADHex", place.digits(7, place("txtADHex"))),
+                                      place.field("lblADDec", place.digits(7, place("txtADDec")))})});
+}
+
+QGroupBox* chart_group(Arranger& place) {
+  QWidget* maximum = place.field("lblScale", place.digits(6, place("txtScale"))).widget;
+  QWidget* minimum = place.field("lblScaleMin", place.digits(6, place("txtScaleMin"))).widget;
+  const auto pair = [&](const char* one, const char* other) {
+    return row({{place(one), 1}, {place(other), 1}});
+  };
+  return place.group("Chart",
+                     column({row({place("lblScale"), maximum, Part::room(), place("lblScaleMin"), minimum}),
+                             pair("cmdScale", "cmdAutoScale"), pair("cmdRestoreScreen", "cmdSaveScreen"),
+                             pair("cmdWaveformINit", "cmdDrawTrace")}));
+}
+
+QLayout* closing_row(Arranger& place, std::string_view exit_button) {
+  return row({place.keep_room(place("cbReset")), Part::room(), place.keep_room(place(exit_button))});
 }
 
 namespace {
-
-QGroupBox* chart_group(Arranger& place) {
-  return place.group("Chart", column({{chart(place), 1},
-                                      row({place("cmdRestoreScreen"), place("cmdSaveScreen"), Part::room(),
-                                           place("cmdWaveformINit"), place("cmdDrawTrace")})}));
-}
 
 QGroupBox* record_frame(Arranger& place) {
   QWidget* path = place("txtFilePath");
@@ -86,7 +107,7 @@ QLayout* status_line(Arranger& place) {
 
 }  // namespace
 
-QLayout* panel(Arranger& place, QLayout* left, QLayout* right) {
+QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_chart) {
   // Frames and buttons of the columns come and go; the chart keeps its place.
   const auto side = [](QLayout* inside) {
     auto* widget = new QWidget;
@@ -96,7 +117,9 @@ QLayout* panel(Arranger& place, QLayout* left, QLayout* right) {
     widget->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     return widget;
   };
-  QLayout* middle = column({{chart_group(place), 1}, record_frame(place)});
+  QBoxLayout* middle = column({{chart(place), 1}});
+  if (below_chart) middle->addLayout(below_chart);
+  middle->addWidget(record_frame(place));
   return column({{row({side(left), {middle, 1}, side(right)}), 1}, status_line(place)});
 }
 

@@ -1,6 +1,8 @@
 // The parts that all sensor panels share.
 #pragma once
 
+#include <string_view>
+
 class QGroupBox;
 class QLayout;
 
@@ -12,10 +14,15 @@ QGroupBox* device_frame(Arranger& place);
 // The two ways of sampling with their start and stop buttons.
 QGroupBox* sampling_group(Arranger& place);
 QGroupBox* readings_group(Arranger& place);
-QGroupBox* scale_group(Arranger& place);
+// The bytes of the last triggered reading and what they say.
+QLayout* triggered_reading(Arranger& place);
+// The chart's scale and its buttons.
+QGroupBox* chart_group(Arranger& place);
+// The buttons that reset the sensor and leave the program, at the bottom of a column.
+QLayout* closing_row(Arranger& place, std::string_view exit_button = "Command4");
 
-// A panel: its own columns on both sides of the chart, the chart's buttons and the measurement file
-// below the chart, and the status line.
-QLayout* panel(Arranger& place, QLayout* left, QLayout* right);
+// A panel: its own columns on both sides of the chart, what else it has below the chart, the measurement
+// file, and the status line.
+QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_chart = nullptr);
 
 }  // namespace window
