@@ -20,10 +20,16 @@ void CaptionButton::reserve_lines(int lines) {
   updateGeometry();
 }
 
+void CaptionButton::stay_on_one_line() {
+  wraps_ = false;
+  updateGeometry();
+}
+
 QSize CaptionButton::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
-  const QRect wrapped = metrics.boundingRect(
-      QRect(0, 0, characters_a_line * metrics.averageCharWidth(), 10000), text_flags, text());
+  constexpr int no_limit = 10000;
+  const int most = wraps_ ? characters_a_line * metrics.averageCharWidth() : no_limit;
+  const QRect wrapped = metrics.boundingRect(QRect(0, 0, most, no_limit), text_flags, text());
   QStyleOptionButton option;
   initStyleOption(&option);
   const QSize contents(wrapped.width() + metrics.averageCharWidth(),

@@ -10,6 +10,8 @@ class CaptionButton final : public QPushButton {
   explicit CaptionButton(QWidget* parent = nullptr);
   // Room for so many lines of caption from the start, so that a change of the caption moves nothing.
   void reserve_lines(int lines);
+  // Its caption doesn't wrap: in a table all lines are of one height.
+  void stay_on_one_line();
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -18,6 +20,7 @@ class CaptionButton final : public QPushButton {
 
  private:
   int lines_ = 1;
+  bool wraps_ = true;
 };
 
 }  // namespace window

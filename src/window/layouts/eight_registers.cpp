@@ -6,6 +6,7 @@
 #include <array>
 
 #include "window/arranger.h"
+#include "window/caption_button.h"
 #include "window/layouts/interrupts.h"
 #include "window/layouts/layouts.h"
 #include "window/layouts/options.h"
@@ -60,7 +61,7 @@ QLayout* registers(Arranger& place) {
     RegisterLine line = line_of(place, number);
     if (number < written) {
       line.write_box = place("txtRegHex", number);
-      line.write_button = place(write_buttons[static_cast<std::size_t>(number)]);
+      line.write_button = place.as<CaptionButton>(write_buttons[static_cast<std::size_t>(number)]);
       line.write_lamp = place("ShpInd", write_lamp + number);
       line.read_lamp = place("ShpInd", compare_lamp + number);
       both_ways.push_back(line);
@@ -72,10 +73,8 @@ QLayout* registers(Arranger& place) {
   QLayout* commands = column(
       {place("cmdRead_All"), place("cmdRead_Measurements"),
        row({place("cmdSync"), place.lamp(place("ShpInd", sync_lamp), place("lblSync"))}), Part::room()});
-  QBoxLayout* blocks =
-      row({{register_block(place, both_ways), 1}, {register_block(place, results), 1}, commands});
-  blocks->setSpacing(2 * gap);
-  return blocks;
+  return row({register_block(place, both_ways), Part::room(), register_block(place, results), Part::room(),
+              commands});
 }
 
 QLayout* interrupt(Arranger& place) {

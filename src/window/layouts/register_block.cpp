@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "window/arranger.h"
+#include "window/caption_button.h"
 #include "window/look.h"
 
 namespace window {
@@ -32,7 +33,7 @@ void name_widgets(const RegisterLine& line) {
 }  // namespace
 
 QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& lines) {
-  constexpr int byte_digits = 3;
+  constexpr int byte_digits = 2;
   auto* grid = new QGridLayout;
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setHorizontalSpacing(gap);
@@ -45,6 +46,9 @@ QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& li
     written = written || line.write_box;
     for (QWidget* box : {line.write_box, line.read_box}) {
       if (box) place.digits(byte_digits, box);
+    }
+    for (CaptionButton* button : {line.write_button, line.read_button}) {
+      if (button) button->stay_on_one_line();
     }
     int at_column = 0;
     for (QWidget* cell : cells_of(line)) {

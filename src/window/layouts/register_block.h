@@ -10,16 +10,17 @@ class QWidget;
 namespace window {
 
 class Arranger;
+class CaptionButton;
 
 // A register's widgets. A null one leaves its place in the table empty.
 struct RegisterLine {
   QString name;  // names boxes and lamps for a screen reader
   QWidget* label;
   QWidget* write_box = nullptr;
-  QWidget* write_button = nullptr;
+  CaptionButton* write_button = nullptr;
   QWidget* write_lamp = nullptr;
   QWidget* read_box = nullptr;
-  QWidget* read_button = nullptr;
+  CaptionButton* read_button = nullptr;
   QWidget* read_lamp = nullptr;
 };
 
