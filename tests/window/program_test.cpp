@@ -11,13 +11,13 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
+#include <QTabWidget>
 #include <QTimer>
 
 #include "panels/single_channel/kvt71346.h"
 #include "script/script_panel.h"
-#include "shell/application.h"
 #include "shell/start_panel.h"
-#include "support/window_program.h"
+#include "support/window_of_program.h"
 #include "window/bench_window.h"
 #include "window/lamp.h"
 #include "window/layouts/layouts.h"
@@ -27,31 +27,46 @@
 namespace varzelin::testing {
 namespace {
 
-struct WindowOfProgram : WindowProgram {
-  void SetUp() override {
-    add_forms(program);
-    program.runtime.dispatch([&] { start(program); });
-    turn();
-  }
-  void choose_model(int row) {
-    emit widget<QComboBox>("frmStartup", "cboDeviceSelect").activated(row);
-    turn();
-  }
-  void click(std::string_view form, const char* button) { widget<QPushButton>(form, button).click(); }
-  QAction* entry(std::string_view form, const QString& text) {
-    for (QAction* action : window_of(form).menuBar()->findChild<QMenu*>("Windows")->actions()) {
-      if (action->text().remove('&') == text) return action;
-    }
-    return nullptr;
-  }
-};
-
 TEST_F(WindowOfProgram, EveryFormHasALayoutThatPlacesEveryControl) {
   for (const std::string& form : program.forms.names()) {
     EXPECT_TRUE(window::layout_of(form)) << form;
     show(form);
     for (const forms::Control* control : window_of(form).left_over())
       ADD_FAILURE() << form << " " << control->full_name();
+  }
+}
+
+// The widget that a control in this container stands on: the frame, or one page of a tab control.
+const QWidget* inside_of(const QWidget& container, const forms::Control& control) {
+  const auto* tabs = qobject_cast<const QTabWidget*>(&container);
+  return tabs ? tabs->widget(control.tab()) : &container;
+}
+
+TEST_F(WindowOfProgram, EveryControlStandsInsideItsContainer) {
+  for (const std::string& form : program.forms.names()) {
+    show(form);
+    const auto widget_of = [&](const forms::Control& control) {
+      return window_of(form).content()->findChild<QWidget*>(QString::fromStdString(control.full_name()));
+    };
+    for (const forms::Control* control : program.forms.loaded(form)->controls()) {
+      const QWidget* widget = widget_of(*control);
+      if (!widget || !control->container()) continue;
+      const QWidget* container = widget_of(*control->container());
+      ASSERT_TRUE(container) << form << " " << control->full_name();
+      EXPECT_TRUE(inside_of(*container, *control)->isAncestorOf(widget))
+          << form << " " << control->full_name() << " is outside " << control->container()->full_name();
+    }
+  }
+}
+
+TEST_F(WindowOfProgram, EveryLampSaysWhatItMeans) {
+  for (const std::string& form : program.forms.names()) {
+    show(form);
+    for (const forms::Control* control : program.forms.loaded(form)->controls()) {
+      if (control->kind() != forms::Kind::Shape) continue;
+      const std::string name = control->full_name();
+      EXPECT_NE(widget<window::Lamp>(form, name.c_str()).accessibleName().toStdString(), name) << form;
+    }
   }
 }
 

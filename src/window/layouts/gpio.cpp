@@ -66,6 +66,7 @@ QLayout* arrange_gpio(Arranger& place) {
     names->addWidget(place("txtGPIOUserName", i), i / signals_a_line, i % signals_a_line);
   }
   auto* board_signals = place.frame("Frame3", names);
+  for (const int dormant : {0, 1}) place("shpGpioWr", dormant)->setAccessibleName("Lamp without a signal");
   return column(
       {row({enables, data}), board_signals, Part::room(),
        row({place.lamp(place("ShpAttach"), place("lblUsbComm")), Part::room(), place("shpGpioWr", 0),

@@ -92,10 +92,14 @@ QLayout* status_line(Arranger& place) {
   auto* count = place.as<QLabel>("lblLoop_Count");
   count->setAccessibleName("Captured Readings");
   count->setMinimumWidth(count->fontMetrics().horizontalAdvance("-0000"));
-  place.keep_room(place("LblCommTest"));
+  auto* verdict = place.as<QLabel>("LblCommTest");
+  verdict->setAlignment(Qt::AlignCenter);
+  verdict->setMinimumSize(8 * verdict->fontMetrics().averageCharWidth(),
+                          verdict->fontMetrics().height() + gap);
+  place.keep_room(verdict);
   QBoxLayout* line = row({place.lamp(place("ShpAttach"), place("Label13")),
                           place.lamp(place("ShpHandleStatus"), place("lblHandleStatus")),
-                          place("LblCommTest"),
+                          verdict,
                           heartbeat,
                           {status, 1}});
   line->setSpacing(2 * gap);
