@@ -27,7 +27,7 @@ constexpr std::array write_buttons{"cmdSetCommand", "cmdSetControl", "cmdSetIntH
 constexpr int written = static_cast<int>(write_buttons.size());
 
 QGroupBox* mode_frame(Arranger& place) {
-  QWidget* diodes = place.keep_room(place.list_rows(4, place("LstMode2")));
+  QWidget* diodes = place.list_rows(4, place("LstMode2"));
   diodes->setAccessibleName("Measurement");
   return place.frame("frmMode", row({elements(place, "OptMode"), {diodes, 1}}));
 }
@@ -91,12 +91,6 @@ QLayout* triggered(Arranger& place) {
       {column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
 }
 
-QGroupBox* graph_frame(Arranger& place) {
-  const std::vector<int> options = place.elements_of("OptGraph");
-  for (const int i : options) place.keep_room(place("OptGraph", i));
-  return option_frame(place, "frmGraphSelect", "OptGraph", static_cast<int>(options.size()));
-}
-
 QTabWidget* pages(Arranger& place) {
   auto* tabs = new QTabWidget;
   const auto add = [&](const QString& title, QLayout* inside) {
@@ -116,7 +110,7 @@ QTabWidget* pages(Arranger& place) {
 
 QLayout* arrange_eight_registers(Arranger& place) {
   QLayout* left = left_column(place);
-  QLayout* below_chart = column({graph_frame(place), pages(place)});
+  QLayout* below_chart = column({option_frame(place, "frmGraphSelect", "OptGraph", 3), pages(place)});
   return panel(place, left, right_column(place), below_chart);
 }
 

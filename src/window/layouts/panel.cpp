@@ -38,7 +38,7 @@ QGroupBox* readings_group(Arranger& place) {
   QWidget* reading = place.field("Label16", place.digits(7, place("txtReading"))).widget;
   QBoxLayout* first = row({place("Label16"), Part::room(), reading});
   if (place.has("txtReading3")) {
-    QWidget* raw = place.keep_room(place.digits(7, place("txtReading3")));
+    QWidget* raw = place.digits(7, place("txtReading3"));
     raw->setAccessibleName("Raw reading");
     first->insertWidget(first->count() - 1, raw);
   }
@@ -73,7 +73,7 @@ QGroupBox* chart_group(Arranger& place) {
 }
 
 QLayout* closing_row(Arranger& place, std::string_view exit_button) {
-  return row({place.keep_room(place("cbReset")), Part::room(), place.keep_room(place(exit_button))});
+  return row({place("cbReset"), Part::room(), place(exit_button)});
 }
 
 namespace {
