@@ -42,8 +42,8 @@ QLayout* left_column(Arranger& place) {
 }
 
 QLayout* right_column(Arranger& place) {
-  return column(
-      {sampling_group(place), readings_group(place), chart_group(place), Part::room(), closing_row(place)});
+  return column({sampling_group(place), readings_group(place), chart_group(place), record_frame(place, 2),
+                 Part::room(), closing_row(place)});
 }
 
 // --- below the chart ---

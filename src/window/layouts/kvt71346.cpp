@@ -38,7 +38,7 @@ QLayout* arrange_kvt71346(Arranger& place) {
   QGroupBox* triggered = place.group("Last Triggered Reading", triggered_reading(place));
   QLayout* right = column({sampling_group(place), readings_group(place), triggered, chart_group(place),
                            Part::room(), closing_row(place, "CommandButton1")});
-  return panel(place, left_column(place), right);
+  return panel(place, left_column(place), right, column({record_frame(place, 1)}));
 }
 
 }  // namespace window

@@ -76,14 +76,14 @@ QLayout* closing_row(Arranger& place, std::string_view exit_button) {
   return row({place("cbReset"), Part::room(), place(exit_button)});
 }
 
-namespace {
-
-QGroupBox* record_frame(Arranger& place) {
+QGroupBox* record_frame(Arranger& place, int lines) {
   QWidget* path = place("txtFilePath");
   path->setAccessibleName("Measurement file");
-  return place.frame("frmDataRecord",
-                     row({{path, 1}, place("cmdBrowse"), place("chkAppend"), place("cmdStartRec", 0)}));
+  QLayout* buttons = row({place("cmdBrowse"), place("chkAppend"), place("cmdStartRec", 0)});
+  return place.frame("frmDataRecord", lines == 1 ? row({{path, 1}, buttons}) : column({path, buttons}));
 }
+
+namespace {
 
 QLayout* status_line(Arranger& place) {
   QWidget* heartbeat = place.keep_room(place("shpSample"));
@@ -121,9 +121,7 @@ QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_ch
     widget->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     return widget;
   };
-  QBoxLayout* middle = column({{chart(place), 1}});
-  if (below_chart) middle->addLayout(below_chart);
-  middle->addWidget(record_frame(place));
+  QLayout* middle = column({{chart(place), 1}, below_chart});
   return column({{row({side(left), {middle, 1}, side(right)}), 1}, status_line(place)});
 }
 

@@ -21,8 +21,10 @@ QGroupBox* chart_group(Arranger& place);
 // The buttons that reset the sensor and leave the program, at the bottom of a column.
 QLayout* closing_row(Arranger& place, std::string_view exit_button = "Command4");
 
-// A panel: its own columns on both sides of the chart, what else it has below the chart, the measurement
-// file, and the status line.
-QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_chart = nullptr);
+// The measurement file, in one line or, for a column, in two.
+QGroupBox* record_frame(Arranger& place, int lines);
+
+// A panel: its own columns on both sides of the chart, what it has below the chart, and the status line.
+QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_chart);
 
 }  // namespace window
