@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "bridge/session.h"
+#include "support/colors.h"
 #include "support/test_program.h"
 #include "workbench/gpio_panel.h"
 
@@ -10,10 +11,6 @@ namespace {
 
 using boards::statuses::call_failed;
 using Calls = std::vector<std::string>;
-
-const forms::Color black = forms::QBColor(0);
-const forms::Color light_green = forms::QBColor(10);
-const forms::Color red = forms::QBColor(12);
 
 // The workbench loaded, closed session, empty log, time standing at a whole second.
 struct BridgeSession : ::testing::Test, TestProgram {

@@ -5,14 +5,12 @@
 #include "bridge/session.h"
 #include "bridge/transfer.h"
 #include "panels/multi_function/proximity_offset.h"
+#include "support/colors.h"
 #include "support/test_program.h"
 #include "workbench/gpio_panel.h"
 
 namespace varzelin::testing {
 namespace {
-
-const forms::Color light_green = forms::QBColor(10);
-const forms::Color red = forms::QBColor(12);
 
 struct BridgeTransfer : ::testing::Test, TestProgram {
   frmI2C_General* bench = nullptr;

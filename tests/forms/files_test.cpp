@@ -13,24 +13,15 @@
 #include <vector>
 
 #include "forms/errors.h"
+#include "support/error_of.h"
 
 namespace {
 
 using forms::Files;
 using forms::RunTimeError;
+using varzelin::testing::error_of;
 using Mode = Files::Mode;
 namespace fs = std::filesystem;
-
-// The number of the run-time error that a statement raises, 0 for none.
-int error_of(const std::function<void()>& statement) {
-  try {
-    statement();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.text, forms::error_text(error.number));
-    return error.number;
-  }
-  return 0;
-}
 
 class FilesTest : public testing::Test {
  protected:

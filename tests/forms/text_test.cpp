@@ -11,21 +11,12 @@
 
 #include "forms/clock.h"
 #include "forms/errors.h"
+#include "support/error_of.h"
 
 namespace {
 
 using namespace forms;
-
-// The number of the run-time error that a statement raises, 0 for none.
-int error_of(const std::function<void()>& statement) {
-  try {
-    statement();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.text, error_text(error.number));
-    return error.number;
-  }
-  return 0;
-}
+using varzelin::testing::error_of;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 

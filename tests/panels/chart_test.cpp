@@ -6,7 +6,7 @@
 namespace varzelin::testing {
 namespace {
 
-constexpr std::int32_t red = 0x0000FF;
+constexpr std::int32_t red_pixel = 0x0000FF;
 
 struct Chart : Kvt71346Fixture {
   int yields = 0;
@@ -23,11 +23,11 @@ struct Chart : Kvt71346Fixture {
 
 TEST_F(Chart, InitDrawsAndSavesOverWhatIsThere) {
   panel->Picture1.Cls();
-  panel->Picture1.SetPixelV(41, 5, red);
+  panel->Picture1.SetPixelV(41, 5, red_pixel);
   store.Label_Left[0] = "77";
   click(panel->cmdWaveformINit);
   EXPECT_EQ(panel->Picture1.GetPixel(40, 5), 0);
-  EXPECT_EQ(store.Screen_Pixels[41][5], red);
+  EXPECT_EQ(store.Screen_Pixels[41][5], red_pixel);
   EXPECT_EQ(store.Screen_Pixels[40][5], 0);
   EXPECT_EQ(panel->Picture2.printed()[0].text, "00077");
 }
@@ -41,7 +41,7 @@ TEST_F(Chart, TheTestPatternIsEightSteps) {
     ASSERT_EQ(store.Trace_Y[column], row) << column;
     if (column < 403) {
       for (const int y : {row - 1, row, row + 1}) {
-        ASSERT_EQ(panel->Picture1.GetPixel(static_cast<int>(column), y), red) << column;
+        ASSERT_EQ(panel->Picture1.GetPixel(static_cast<int>(column), y), red_pixel) << column;
       }
     }
   }
@@ -51,7 +51,7 @@ TEST_F(Chart, ManualScaleTakesTheBoxes) {
   panel->txtScale.Text = "9994.5";  // 9995.5 goes to the even 9996
   panel->txtScaleMin.Text = "100";
   store.Label_Right.fill("5");
-  panel->Picture1.SetPixelV(41, 5, red);
+  panel->Picture1.SetPixelV(41, 5, red_pixel);
   store.Trace_Y[7] = 99;
   click(panel->cmdScale);
   EXPECT_EQ(store.Scale_Max, 9996);
@@ -177,12 +177,12 @@ TEST_F(Chart, AutomaticScaleLetsTheLoopLeaveForAHundredYields) {
 }
 
 TEST_F(Chart, SaveKeepsMarksThatClearLeaves) {
-  panel->Picture1.SetPixelV(41, 5, red);
+  panel->Picture1.SetPixelV(41, 5, red_pixel);
   click(panel->cmdSaveScreen);
   EXPECT_TRUE(panel->cmdSaveScreen.Enabled);
-  panel->Picture1.SetPixelV(41, 6, red);
+  panel->Picture1.SetPixelV(41, 6, red_pixel);
   click(panel->cmdRestoreScreen);
-  EXPECT_EQ(panel->Picture1.GetPixel(41, 5), red);
+  EXPECT_EQ(panel->Picture1.GetPixel(41, 5), red_pixel);
   EXPECT_EQ(panel->Picture1.GetPixel(41, 6), 0xFFFFFF);
 }
 

@@ -85,7 +85,7 @@ TEST_F(ScriptExecution, WritesBeforeItReads) {
 TEST_F(ScriptExecution, RegisterBytesAloneCauseNoTransfer) {
   run("04\n `w100\n ,,,\n   ");
   EXPECT_TRUE(recorder.packets.empty());
-  for (int row = 1; row <= 4; ++row) EXPECT_EQ(color(row, adr), green);
+  for (int row = 1; row <= 4; ++row) EXPECT_EQ(color(row, adr), light_green);
 }
 
 TEST_F(ScriptExecution, EachRowSetsTheSharedAddress) {
@@ -105,10 +105,10 @@ TEST_F(ScriptExecution, EqualAndDifferentReads) {
   board.set_register(2, 0x1F);
   run("02,,1f # same\n02,,2F # differs\n02,,1F");
   EXPECT_EQ(cell(1, act), "1F");
-  EXPECT_EQ(color(1, act), green);
+  EXPECT_EQ(color(1, act), light_green);
   EXPECT_EQ(cell(2, act), "1F");
   EXPECT_EQ(color(2, act), red);
-  EXPECT_EQ(color(3, act), green);
+  EXPECT_EQ(color(3, act), light_green);
   EXPECT_EQ(panel->txtRdPass.Text, "2");
   EXPECT_EQ(panel->txtRdFails.Text, "1");
   EXPECT_EQ(store.Fails_Before, 1);
@@ -129,9 +129,9 @@ TEST_F(ScriptExecution, WriteThatIsNotAcknowledged) {
   board.set_sensor_answers(false);
   run("04,8C,\n# next");
   EXPECT_EQ(color(1, frmScriptOps::wr_column), red);
-  EXPECT_EQ(color(1, adr), green);
-  EXPECT_EQ(color(2, adr), green) << "the pass goes on";
-  EXPECT_EQ(logged("Write Qty Error Script Line 1 Actual= 0" + std::string(stamp)), 1u);
+  EXPECT_EQ(color(1, adr), light_green);
+  EXPECT_EQ(color(2, adr), light_green) << "the pass goes on";
+  EXPECT_EQ(mentioned("Write Qty Error Script Line 1 Actual= 0" + std::string(stamp)), 1u);
   EXPECT_EQ(panel->txtRdFails.Text, "0");
 }
 
@@ -139,8 +139,8 @@ TEST_F(ScriptExecution, ReadThatIsNotAcknowledged) {
   board.set_sensor_answers(false);
   run("# first\n04,,00");
   EXPECT_EQ(color(2, frmScriptOps::rd_column), red);
-  EXPECT_EQ(logged("Read Qty Error Script Line 2 Actual :0" + std::string(stamp)), 1u);
-  EXPECT_EQ(color(2, act), green) << "the data are compared all the same";
+  EXPECT_EQ(mentioned("Read Qty Error Script Line 2 Actual :0" + std::string(stamp)), 1u);
+  EXPECT_EQ(color(2, act), light_green) << "the data are compared all the same";
   EXPECT_EQ(panel->txtRdPass.Text, "1");
 }
 
@@ -149,8 +149,8 @@ TEST_F(ScriptExecution, StatusBytesInTheLogAreDecimal) {
   board.queue_reply({18});
   board.queue_reply({255, 0x8C});
   click(panel->cmdExecAll);
-  EXPECT_EQ(logged("Write Qty Error Script Line 1 Actual= 18 :"), 1u);
-  EXPECT_EQ(logged("Read Qty Error Script Line 1 Actual :255 :"), 1u);
+  EXPECT_EQ(mentioned("Write Qty Error Script Line 1 Actual= 18 :"), 1u);
+  EXPECT_EQ(mentioned("Read Qty Error Script Line 1 Actual :255 :"), 1u);
   EXPECT_EQ(panel->txtRdPass.Text, "1");
 }
 
@@ -166,8 +166,8 @@ TEST_F(ScriptExecution, IllegalAddressIsAMessage) {
   EXPECT_EQ(user.boxes[0].text, "Illegal I2C address Script Row 1 Value = FF");
   EXPECT_EQ(user.boxes[1].text, "Illegal I2C address Script Row 2 Value = FF");
   EXPECT_TRUE(recorder.packets.empty());
-  EXPECT_EQ(color(2, adr), green);
-  EXPECT_EQ(color(3, adr), green);
+  EXPECT_EQ(color(2, adr), light_green);
+  EXPECT_EQ(color(3, adr), light_green);
   EXPECT_EQ(store.I2C_WrAdr, 0x88);
 }
 
@@ -178,7 +178,7 @@ TEST_F(ScriptExecution, CommandRowInheritsTheByteCountsOfTheFileBefore) {
   click(panel->cmdExecAll);
   EXPECT_EQ(i2c(false), (ByteLists{{3, 0x88, 0, 0, 0}, {1, 0x89, 0}}));
   EXPECT_EQ(panel->txtRdFails.Text, "1");
-  EXPECT_EQ(color(2, adr), green) << "a row without operation is skipped";
+  EXPECT_EQ(color(2, adr), light_green) << "a row without operation is skipped";
 }
 
 TEST_F(ScriptExecution, CommandRowOfAFirstLoadSendsNothing) {
@@ -194,7 +194,7 @@ TEST_F(ScriptExecution, AnotherPanelHasItsOwnTables) {
   recorder.packets.clear();
   click(second.cmdExecAll);
   EXPECT_TRUE(recorder.packets.empty());
-  EXPECT_EQ(back(second, 1, adr), green);
+  EXPECT_EQ(back(second, 1, adr), light_green);
   EXPECT_EQ(color(1, adr), std::nullopt);
   EXPECT_EQ(second.txtRunning.Text, "Done");
   EXPECT_EQ(panel->txtRunning.Text, "");
@@ -242,7 +242,7 @@ TEST_F(ScriptExecution, PauseAbortsAfterCancel) {
   const auto before = clock.now();
   click(panel->cmdExecAll);
   EXPECT_EQ(store.AbortRequested, true_flag);
-  EXPECT_EQ(color(1, adr), green);
+  EXPECT_EQ(color(1, adr), light_green);
   EXPECT_EQ(color(2, adr), std::nullopt);
   EXPECT_GE(clock.now() - before, milliseconds(200)) << "the pause itself completes";
   EXPECT_EQ(panel->txtRunning.Text, "Done");
@@ -291,7 +291,7 @@ TEST_F(ScriptExecution, PassDisconnectsAlsoWhatTheUserConnected) {
   load("00,,00");
   click(workbench().cmdUSBConnect);
   click(panel->cmdExecAll);
-  EXPECT_EQ(logged("Already Opened"), 1u);
+  EXPECT_EQ(mentioned("Already Opened"), 1u);
   EXPECT_EQ(store.Usb_Open, 0);
 }
 
@@ -309,7 +309,7 @@ TEST_F(ScriptExecution, RowIsRedWhileItRuns) {
   load("`w5", "other.txt");
   click(panel->cmdExecAll);
   EXPECT_TRUE(was_red);
-  EXPECT_EQ(color(1, adr), green);
+  EXPECT_EQ(color(1, adr), light_green);
 }
 
 TEST_F(ScriptExecution, PanelThatRunsIsTheCurrentForm) {
@@ -335,13 +335,13 @@ TEST_F(ScriptExecution, AbortOnFailEndsThePassAtTheFirstDifference) {
   panel->chkAOF.Value = 1;
   click(panel->cmdExecAll);
   EXPECT_EQ(store.AbortRequested, true_flag);
-  EXPECT_EQ(color(2, adr), green);
+  EXPECT_EQ(color(2, adr), light_green);
   EXPECT_EQ(color(2, act), red);
   EXPECT_EQ(color(3, adr), std::nullopt);
   EXPECT_EQ(panel->txtRdFails.Text, "1");
   panel->chkAOF.Value = 0;
   click(panel->cmdExecAll);
-  EXPECT_EQ(color(3, adr), green);
+  EXPECT_EQ(color(3, adr), light_green);
 }
 
 TEST_F(ScriptExecution, WrongStatusByteIsNoFail) {
@@ -481,7 +481,7 @@ TEST_F(ScriptExecution, SingleStepOnARowWithoutOperationOpensNothing) {
   load("# c");
   select(*panel, 1);
   EXPECT_TRUE(recorder.calls.empty());
-  EXPECT_EQ(color(1, adr), green);
+  EXPECT_EQ(color(1, adr), light_green);
 }
 
 TEST_F(ScriptExecution, SingleStepOnAPauseDoesNotConnect) {
@@ -490,7 +490,7 @@ TEST_F(ScriptExecution, SingleStepOnAPauseDoesNotConnect) {
   select(*panel, 1);
   EXPECT_TRUE(recorder.calls.empty());
   EXPECT_EQ(store.AbortRequested, true_flag);
-  EXPECT_EQ(color(1, adr), green);
+  EXPECT_EQ(color(1, adr), light_green);
 }
 
 TEST_F(ScriptExecution, AbortDoesNotCutASingleStep) {
@@ -545,7 +545,7 @@ TEST_F(ScriptExecution, BufferTooShortForTheComparisonIsShownByTheTrap) {
   EXPECT_EQ(user.boxes[0].text, "Subscript out of range");
   EXPECT_EQ(cell(1, act), "A5");
   EXPECT_EQ(color(1, adr), red) << "without further clean-up";
-  EXPECT_EQ(color(2, adr), green) << "the pass goes on";
+  EXPECT_EQ(color(2, adr), light_green) << "the pass goes on";
   EXPECT_TRUE(user.errors.empty());
 }
 
@@ -563,7 +563,7 @@ TEST_F(ScriptExecution, FailedTransferIsLoggedAndTheRowFails) {
   load("00,,00\n00,,11\n00,,00");
   board.fail_transfers(1, 0x20000001, 1);
   click(panel->cmdExecAll);
-  EXPECT_EQ(logged("ReadPipe: WDU_Transfer() failed: error &H20000001"), 1u);
+  EXPECT_EQ(mentioned("ReadPipe: WDU_Transfer() failed: error &H20000001"), 1u);
   EXPECT_EQ(color(1, frmScriptOps::rd_column), red);
   EXPECT_EQ(panel->txtRunning.Text, "Done");
 }

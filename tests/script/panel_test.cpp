@@ -123,8 +123,8 @@ TEST_F(ScriptPanel, EmptyFile) {
 TEST_F(ScriptPanel, ShorterFileShrinksTheGridAndItsRowsAreFresh) {
   frmScriptOps& panel = open("00,,00\n`wABC\n1\n2\n3");
   click(panel.cmdExecAll);
-  EXPECT_EQ(back(panel, 1, frmScriptOps::address_column), green);
-  EXPECT_EQ(back(panel, 1, frmScriptOps::act_column), green);
+  EXPECT_EQ(back(panel, 1, frmScriptOps::address_column), light_green);
+  EXPECT_EQ(back(panel, 1, frmScriptOps::act_column), light_green);
   open("00,,00\n1", "other.txt");
   EXPECT_EQ(panel.vbalGrid1.Rows(), 2);
   EXPECT_EQ(back(panel, 1, frmScriptOps::address_column), std::nullopt);
@@ -139,7 +139,7 @@ TEST_F(ScriptPanel, CancelledDialogLeavesTheScriptButClosesTheFile) {
   EXPECT_EQ(panel.vbalGrid1.Rows(), 2);
   EXPECT_TRUE(panel.cmdReload2.Enabled);
   click(panel.cmdReload2);
-  EXPECT_EQ(logged("No Script File Opened yet, use File Menu" + std::string(stamp)), 1u);
+  EXPECT_EQ(mentioned("No Script File Opened yet, use File Menu" + std::string(stamp)), 1u);
   EXPECT_EQ(panel.vbalGrid1.Rows(), 2);
 }
 
@@ -183,7 +183,7 @@ TEST_F(ScriptPanel, ShortReloadLeavesTheButtonsAlone) {
   EXPECT_EQ(store.AbortRequested, true_flag);
   click(panel.mnuScript_Read);
   panel.ReloadScript();
-  EXPECT_EQ(logged("No Script File Opened yet, use File Menu"), 1u);
+  EXPECT_EQ(mentioned("No Script File Opened yet, use File Menu"), 1u);
 }
 
 TEST_F(ScriptPanel, ReloadTakesTheAddressAsItStands) {
@@ -225,7 +225,7 @@ TEST_F(ScriptPanel, DefaultAddressFfIsTooLarge) {
     EXPECT_EQ(panel.txtI2CAdr.Text, "60");
   }
   EXPECT_EQ(store.I2C_WrAdr, 0x88);
-  EXPECT_EQ(logged("Address value too large script default I2C address Invalid" + std::string(stamp)), 2u);
+  EXPECT_EQ(mentioned("Address value too large script default I2C address Invalid" + std::string(stamp)), 2u);
   EXPECT_TRUE(user.errors.empty());
 }
 
@@ -251,7 +251,7 @@ TEST_F(ScriptPanel, DefaultAddressWithoutAScriptIsTakenAllTheSame) {
   forms::user::fill(panel.txtI2CAdr, "44");
   forms::user::enter(panel.txtI2CAdr);
   EXPECT_EQ(store.I2C_WrAdr, 0x44);
-  EXPECT_EQ(logged("No Script File Opened yet, use File Menu"), 1u);
+  EXPECT_EQ(mentioned("No Script File Opened yet, use File Menu"), 1u);
 }
 
 TEST_F(ScriptPanel, DelayTooLongEndsTheLoadWithoutAMessage) {
@@ -326,7 +326,7 @@ TEST_F(ScriptPanel, LinesBeyondAThousandAreLeftOutAndTold) {
   EXPECT_EQ(panel.vbalGrid1.Rows(), 1000);
   EXPECT_EQ(panel.txtTotLines.Text, "1000");
   EXPECT_EQ(panel.lblLinesLeftOut.Caption, "25 lines beyond line 1000 left out");
-  EXPECT_EQ(logged("Script File script.txt: 25 lines beyond line 1000 left out"), 1u);
+  EXPECT_EQ(mentioned("Script File script.txt: 25 lines beyond line 1000 left out"), 1u);
   click(panel.cmdExecAll);
   EXPECT_EQ(panel.txtRdPass.Text, "1");
   open("1", "short.txt");

@@ -10,6 +10,7 @@
 #include "forms/form.h"
 #include "forms/form_set.h"
 #include "forms/runtime.h"
+#include "support/error_of.h"
 #include "support/test_front_end.h"
 
 namespace varzelin::testing {
@@ -44,16 +45,5 @@ struct FormsProgram {
   void pass(int milliseconds) { clock.pass(std::chrono::milliseconds(milliseconds)); }
   Notes take_notes() { return std::exchange(notes, {}); }
 };
-
-// The number of the run-time error that an action raises; 0 for none.
-template <class Action>
-int error_of(Action&& action) {
-  try {
-    action();
-  } catch (const forms::RunTimeError& error) {
-    return error.number;
-  }
-  return 0;
-}
 
 }  // namespace varzelin::testing

@@ -12,12 +12,11 @@
 #include <string_view>
 
 #include "script/script_panel.h"
+#include "support/colors.h"
 #include "support/test_program.h"
 
 namespace varzelin::testing {
 
-inline constexpr forms::Color red = forms::RGB(255, 0, 0);
-inline constexpr forms::Color green = forms::RGB(0, 255, 0);
 // What the log puts behind a message within the first second of the virtual clock.
 inline constexpr std::string_view stamp = " :11-25-2008 14:03:0";
 
@@ -73,8 +72,8 @@ struct ScriptProgram : TestProgram {
   std::size_t count_calls(const std::string& call) const {
     return static_cast<std::size_t>(std::ranges::count(recorder.calls, call));
   }
-  // How often the log has a message.
-  std::size_t logged(const std::string& message) {
+  // How often the log has this text.
+  std::size_t mentioned(const std::string& message) {
     std::size_t found = 0;
     for (std::size_t at = log().find(message); at != std::string::npos; at = log().find(message, at + 1)) {
       ++found;

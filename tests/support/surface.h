@@ -16,9 +16,9 @@ struct Surface : ProgramForm {
   PictureBox labels;
 };
 
-inline constexpr std::int32_t black = 0x000000;
-inline constexpr std::int32_t white = 0xFFFFFF;
-inline constexpr std::int32_t red = 0x0000FF;  // red is the low byte
-inline constexpr std::int32_t blue = 0xFF0000;
+inline constexpr std::int32_t black_pixel = 0x000000;
+inline constexpr std::int32_t white_pixel = 0xFFFFFF;
+inline constexpr std::int32_t red_pixel = 0x0000FF;  // red is the low byte
+inline constexpr std::int32_t blue_pixel = 0xFF0000;
 
 }  // namespace varzelin::testing

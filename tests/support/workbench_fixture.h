@@ -9,14 +9,10 @@
 #include <vector>
 
 #include "forms/color.h"
+#include "support/colors.h"
 #include "support/test_program.h"
 
 namespace varzelin::testing {
-
-inline const forms::Color black = forms::QBColor(0);
-inline const forms::Color dark_green = forms::QBColor(2);
-inline const forms::Color light_green = forms::QBColor(10);
-inline const forms::Color red = forms::QBColor(12);
 
 // A request on the I2C pipe as it went out, and a reply of which `size` bytes were asked for.
 inline Packet request(std::vector<int> bytes) {

@@ -59,7 +59,7 @@ struct UsbJourney : ::testing::Test {
     EXPECT_GT(store.Sample_Count, 1);
     EXPECT_EQ(last(), 5100);
   }
-  bool logged(std::string_view text) {
+  bool log_has(std::string_view text) {
     return program.forms.touch<frmI2C_General>().Txtlog.Text.get().find(text) != std::string::npos;
   }
   // Lets the program run until it does, for five seconds at most.
@@ -79,8 +79,8 @@ TEST_F(UsbJourney, CollectsStopsAndReadsAgainAfterAReplug) {
   choose_the_model();
   EXPECT_TRUE(panel->visible());
   EXPECT_TRUE(
-      logged("DeviceAttach: Received and accepted attach for \r\nvendor ID &H7A53 product ID &H2005"));
-  EXPECT_FALSE(logged("failed"));
+      log_has("DeviceAttach: Received and accepted attach for \r\nvendor ID &H7A53 product ID &H2005"));
+  EXPECT_FALSE(log_has("failed"));
   const int resets = board.counts().resets;
   EXPECT_GT(resets, 0);
 
@@ -97,7 +97,7 @@ TEST_F(UsbJourney, CollectsStopsAndReadsAgainAfterAReplug) {
   board.pull_within_transfer(2);
   click(panel->cmdCollectData);
   EXPECT_FALSE(store.Sample_Run);
-  EXPECT_TRUE(logged("DeviceDetach: Received detach for device handle &H"));
+  EXPECT_TRUE(log_has("DeviceDetach: Received detach for device handle &H"));
 
   usb.unplug(board);
   plug();
@@ -112,9 +112,9 @@ TEST_F(UsbJourney, ABoardInOtherHandsIsInTheLogWithTheReason) {
   plug();
   choose_the_model();
   EXPECT_TRUE(panel->visible());
-  EXPECT_TRUE(logged("DeviceAttach: WDU_SetInterface failed\r\n(num. 0 alternate 0)"));
-  EXPECT_TRUE(logged("error &HFFFFFFFA\r\n(Resource busy. Another program holds the board"));
-  EXPECT_FALSE(logged("No such device"));
+  EXPECT_TRUE(log_has("DeviceAttach: WDU_SetInterface failed\r\n(num. 0 alternate 0)"));
+  EXPECT_TRUE(log_has("error &HFFFFFFFA\r\n(Resource busy. Another program holds the board"));
+  EXPECT_FALSE(log_has("No such device"));
 }
 
 // The system tells of a board before it has configured it.
@@ -122,8 +122,8 @@ TEST_F(UsbJourney, AConnectWaitsForABoardThatIsNotConfiguredYet) {
   board.refuse_claims(ENOENT, 3);
   plug();
   choose_the_model();
-  EXPECT_TRUE(logged("DeviceAttach: Received and accepted attach"));
-  EXPECT_FALSE(logged("failed"));
+  EXPECT_TRUE(log_has("DeviceAttach: Received and accepted attach"));
+  EXPECT_FALSE(log_has("failed"));
 }
 
 TEST_F(UsbJourney, AfterAReplugInAManualConnectionThePanelNeedsANewOne) {
@@ -154,7 +154,7 @@ TEST_F(UsbJourney, AConnectWithoutABoardDoesNotWait) {
   const double begin = clock.milliseconds();
   click(connect);
   EXPECT_LT(clock.milliseconds() - begin, 900.0);
-  EXPECT_TRUE(logged("WriteGPIOPipe: WDU_GetDeviceInfo() failed:\r\nerror &H-4 (No such device"));
+  EXPECT_TRUE(log_has("WriteGPIOPipe: WDU_GetDeviceInfo() failed:\r\nerror &H-4 (No such device"));
 }
 
 }  // namespace

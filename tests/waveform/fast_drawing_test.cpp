@@ -57,7 +57,7 @@ TEST_F(Drawing, WritesBackWhatItReadAndYieldsOnce) {
   drawing.SetImageData(picture, image);
   EXPECT_EQ(picture.GetPixel(0, 0), 0x123456);
   EXPECT_EQ(picture.GetPixel(2, 1), 0x654321);
-  EXPECT_EQ(picture.GetPixel(1, 1), white);
+  EXPECT_EQ(picture.GetPixel(1, 1), white_pixel);
   EXPECT_EQ(yields, 1);
 }
 
@@ -99,7 +99,7 @@ TEST_F(Drawing, PaintsAStream) {
 TEST_F(Drawing, AStreamThatIsTooShortIsRefusedAndPaintsNothing) {
   const std::vector<std::uint8_t> stream(17);
   EXPECT_THROW(drawing.SetImageDataStream(picture, stream), forms::RunTimeError);
-  EXPECT_EQ(picture.GetPixel(0, 0), white);
+  EXPECT_EQ(picture.GetPixel(0, 0), white_pixel);
 }
 
 struct Screen : ::testing::Test, TestProgram {};
@@ -108,7 +108,7 @@ TEST_F(Screen, RestoreBeforeAnySavePaintsBlack) {
   Surface form(*this, 403, 304);
   Restore_Screen(store, form.plot);
   for (int x = 0; x < 403; ++x) {
-    for (int y = 0; y < 304; ++y) ASSERT_EQ(form.plot.GetPixel(x, y), black) << x << "," << y;
+    for (int y = 0; y < 304; ++y) ASSERT_EQ(form.plot.GetPixel(x, y), black_pixel) << x << "," << y;
   }
 }
 
@@ -139,7 +139,7 @@ TEST_F(Screen, SavesOneRowMoreThanThePictureHasAndNoColumnMore) {
   for (std::size_t x = 0; x < 5; ++x) store.Screen_Pixels[x].fill(7);
   Save_Screen(store, form.plot);
   for (std::size_t x = 0; x < 5; ++x) {
-    for (std::size_t y = 0; y < 4; ++y) EXPECT_EQ(store.Screen_Pixels[x][y], white) << x << "," << y;
+    for (std::size_t y = 0; y < 4; ++y) EXPECT_EQ(store.Screen_Pixels[x][y], white_pixel) << x << "," << y;
     EXPECT_EQ(store.Screen_Pixels[x][4], forms::PictureBox::invalid_color) << x;
     EXPECT_EQ(store.Screen_Pixels[x][5], 7) << x;
   }
@@ -148,14 +148,14 @@ TEST_F(Screen, SavesOneRowMoreThanThePictureHasAndNoColumnMore) {
 
 TEST_F(Screen, APictureLargerThanTheCopyIsSavedAsFarAsTheCopyGoes) {
   Surface form(*this, 500, 500);
-  form.plot.SetPixelV(404, 404, red);
+  form.plot.SetPixelV(404, 404, red_pixel);
   Save_Screen(store, form.plot);
-  EXPECT_EQ(store.Screen_Pixels[404][404], red);
-  form.plot.SetPixelV(404, 404, blue);
-  form.plot.SetPixelV(405, 405, blue);
+  EXPECT_EQ(store.Screen_Pixels[404][404], red_pixel);
+  form.plot.SetPixelV(404, 404, blue_pixel);
+  form.plot.SetPixelV(405, 405, blue_pixel);
   Restore_Screen(store, form.plot);
-  EXPECT_EQ(form.plot.GetPixel(404, 404), red);
-  EXPECT_EQ(form.plot.GetPixel(405, 405), blue);
+  EXPECT_EQ(form.plot.GetPixel(404, 404), red_pixel);
+  EXPECT_EQ(form.plot.GetPixel(405, 405), blue_pixel);
 }
 
 TEST_F(Screen, RestoringShowsThePicture) {

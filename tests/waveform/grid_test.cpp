@@ -21,7 +21,7 @@ TEST_F(Grid, HasALineEvery40ColumnsAndEvery30RowsFromTheBottom) {
     for (int row = 0; row < 304; ++row) {
       // The left edge has no line of its own, the bottom row has.
       const bool line = (x > 0 && x % 40 == 0) || (303 - row) % 30 == 0;
-      ASSERT_EQ(form.plot.GetPixel(x, row), line ? black : white) << x << "," << row;
+      ASSERT_EQ(form.plot.GetPixel(x, row), line ? black_pixel : white_pixel) << x << "," << row;
     }
   }
 }
@@ -32,7 +32,7 @@ TEST_F(Grid, IsShownAsItGrows) {
   int columns_at_first = 0;
   user.at_yield = [&] {
     if (++shown > 1) return;
-    for (int x = 0; x < 403; ++x) columns_at_first += form.plot.GetPixel(x, 2) == black;
+    for (int x = 0; x < 403; ++x) columns_at_first += form.plot.GetPixel(x, 2) == black_pixel;
   };
   DrawGrid(program, form.plot);
   EXPECT_EQ(shown, 2 + 17 + 1);
@@ -40,9 +40,9 @@ TEST_F(Grid, IsShownAsItGrows) {
 }
 
 TEST_F(Grid, IsDrawnOverWhatThePictureShows) {
-  form.plot.SetPixelV(41, 2, red);
+  form.plot.SetPixelV(41, 2, red_pixel);
   DrawGrid(program, form.plot);
-  EXPECT_EQ(form.plot.GetPixel(41, 2), red);
+  EXPECT_EQ(form.plot.GetPixel(41, 2), red_pixel);
 }
 
 TEST_F(Grid, PrintsTheScaleLabelsFromTheBottomUp) {

@@ -88,7 +88,7 @@ struct Trace : ::testing::Test, TestProgram {
 
 TEST_F(Trace, ScrollsLikeItsPlainStatement) {
   store.Trace_Red = 255;
-  PlainTrace plain(store, red);
+  PlainTrace plain(store, red_pixel);
   std::mt19937 random(1);
   int position = 403;
   for (int step = 0; step < 900; ++step) {
@@ -111,7 +111,7 @@ TEST_F(Trace, ErasesToTheSavedScreenAndNothingElse) {
   store.Trace_Y[403] = 103;
   store.Trace_Y[404] = 103;
   Scroll_Trace(store, picture, 403);
-  for (const int row : {102, 103, 104}) EXPECT_EQ(picture.GetPixel(402, row), black);
+  for (const int row : {102, 103, 104}) EXPECT_EQ(picture.GetPixel(402, row), black_pixel);
   for (const int row : {99, 100, 101, 105}) {
     EXPECT_EQ(picture.GetPixel(402, row), 0x400000 + 402 * 1000 + row);
   }
@@ -123,7 +123,7 @@ TEST_F(Trace, DrawsTheConnectingLineToTheNextColumn) {
   store.Trace_Y[403] = 60;
   store.Trace_Y[404] = 60;
   Scroll_Trace(store, picture, 402);
-  for (int row = 49; row <= 60; ++row) EXPECT_EQ(picture.GetPixel(401, row), black) << row;
+  for (int row = 49; row <= 60; ++row) EXPECT_EQ(picture.GetPixel(401, row), black_pixel) << row;
   EXPECT_EQ(picture.GetPixel(401, 61), 0x400000 + 401 * 1000 + 61);
 }
 
@@ -212,7 +212,7 @@ TEST_F(Trace, TheStaticTraceIsThreePixelsOfPureRedAColumn) {
   for (int x = 0; x < 403; ++x) {
     for (int row = 0; row < 304; ++row) {
       const bool drawn = std::abs(row - rows[static_cast<std::size_t>(x)]) <= 1;
-      ASSERT_EQ(picture.GetPixel(x, row), drawn ? red : 0x400000 + x * 1000 + row) << x << "," << row;
+      ASSERT_EQ(picture.GetPixel(x, row), drawn ? red_pixel : 0x400000 + x * 1000 + row) << x << "," << row;
     }
   }
 }

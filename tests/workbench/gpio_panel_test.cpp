@@ -1,6 +1,7 @@
 // The GPIO panel: boxes and bits, the write and its read-back.
 #include <gtest/gtest.h>
 
+#include "support/colors.h"
 #include "support/test_program.h"
 #include "workbench/gpio_panel.h"
 
@@ -8,9 +9,6 @@ namespace varzelin::testing {
 namespace {
 
 using Image = std::array<std::uint8_t, 4>;
-const forms::Color dark_green = forms::QBColor(2);
-const forms::Color light_green = forms::QBColor(10);
-const forms::Color red = forms::QBColor(12);
 
 struct GpioPanel : ::testing::Test, TestProgram {
   frmGPIO* gpio = nullptr;
