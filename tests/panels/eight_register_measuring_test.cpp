@@ -242,11 +242,11 @@ TEST_F(Kvt71344Measuring, WithoutTheMainFlagNothingIsDone) {
 
 // The timed loop sets no run flag: controls write at once in it, with their read-back.
 TEST_F(Kvt71344Measuring, InATimedRunAnOptionWritesAtOnce) {
-  at_yield(samples_reach(4), [&] {
+  at_yield(count_reaches(4), [&] {
     forget_traffic();
     forms::user::click(panel->OptGain(1));
     EXPECT_EQ(sent(), written(1, 0x04));
-    at_yield(samples_reach(6), clicking(panel->cmdEndSampling));
+    at_yield(count_reaches(6), clicking(panel->cmdEndSampling));
   });
   click(panel->cmdSample);
 }
@@ -306,7 +306,7 @@ TEST_F(Kvt71344Measuring, ACycleCountOfZeroShowsTwoDigits) {
 }
 
 TEST_F(Kvt71344Measuring, ATimedRunHidesResetAndExit) {
-  at_yield(samples_reach(3), [&] {
+  at_yield(count_reaches(3), [&] {
     EXPECT_FALSE(panel->cbReset.Visible);
     EXPECT_FALSE(panel->Command4.Visible);
     EXPECT_FALSE(panel->cmdSample.Visible);
@@ -395,7 +395,7 @@ TEST_F(Kvt71356Measuring, TheEndOfACollectionYieldsBeforeItCloses) {
     enabled_at_close = panel->cmdCollectData.Enabled;
   };
   store.Sample_Count = 0;
-  at_yield(samples_reach(3), [&] {
+  at_yield(count_reaches(3), [&] {
     forms::user::click(panel->cmdStopData);
     at_yield([&] { return panel->cmdCollectData.Enabled.get(); }, [&] { stopped = clock.milliseconds(); });
   });
@@ -425,7 +425,7 @@ TEST_F(Kvt71356Measuring, ItsTransfersAreCheckedAndLogged) {
 }
 
 TEST_F(Kvt71356Measuring, AFailedReadStopsATimedRun) {
-  at_yield(samples_reach(3), [&] { board.fail_transfers(1, boards::statuses::time_out, 1); });
+  at_yield(count_reaches(3), [&] { board.fail_transfers(1, boards::statuses::time_out, 1); });
   click(panel->cmdSample);
   EXPECT_EQ(store.AbortRequested, 0);
   EXPECT_TRUE(panel->cmdSample.Visible);
@@ -434,9 +434,9 @@ TEST_F(Kvt71356Measuring, AFailedReadStopsATimedRun) {
 }
 
 TEST_F(Kvt71344Measuring, AFailedReadDoesNotStopATimedRun) {
-  at_yield(samples_reach(3), [&] {
+  at_yield(count_reaches(3), [&] {
     board.fail_transfers(1, boards::statuses::time_out, 1);
-    at_yield(samples_reach(9), clicking(panel->cmdEndSampling));
+    at_yield(count_reaches(9), clicking(panel->cmdEndSampling));
   });
   click(panel->cmdSample);
   EXPECT_GE(store.Sample_Count, 9);

@@ -294,12 +294,12 @@ TEST_F(Kvt71344Options, WithEventsOffTheTimeBaseOnlyWrites) {
 TEST_F(Kvt71344Options, TheTimeBaseBeginsARunningCollectionAnew) {
   store.Sample_Count = 0;
   std::int32_t collections = 0;
-  at_yield(samples_reach(15), [&] {
+  at_yield(count_reaches(15), [&] {
     collections = store.Collections;
     forms::user::click(panel->OptTimeBase(1));
     EXPECT_EQ(store.Sample_Run, -1);
     EXPECT_EQ(store.Sample_Count, 0);
-    at_yield(samples_reach(5), clicking(panel->cmdStopData));
+    at_yield(count_reaches(5), clicking(panel->cmdStopData));
   });
   click(panel->cmdCollectData);
   EXPECT_EQ(store.Collections, collections + 1);
@@ -355,7 +355,7 @@ TEST_F(Kvt71344Options, TheDiodeListSelectsTheMeasurement) {
 }
 
 TEST_F(Kvt71344Options, TheDiodeListStopsARunningCollection) {
-  at_yield(samples_reach(12), [&] {
+  at_yield(count_reaches(12), [&] {
     forms::user::click_row(panel->LstMode2, 1);
     EXPECT_EQ(store.Sample_Run, 0);
   });

@@ -1,14 +1,13 @@
-// What a sensor panel is like when it has loaded, and how it leaves.
-#include "support/kvt71346_fixture.h"
-
+// What every sensor panel is like when it has loaded.
+#include "support/panel_fixture.h"
 #include "waveform/trace.h"
 
 namespace varzelin::testing {
 namespace {
 
-struct PanelLoad : Kvt71346Fixture {};
+struct PanelLoad : PanelTest {};
 
-TEST_F(PanelLoad, SetsTheSharedVariables) {
+TEST_P(PanelLoad, SetsTheSharedVariables) {
   EXPECT_EQ(store.I2C_WrAdr, 0x88);
   EXPECT_EQ(store.I2C_RdAdr, 0x89);
   EXPECT_EQ(store.I2C_Pipe, 2);
@@ -17,136 +16,166 @@ TEST_F(PanelLoad, SetsTheSharedVariables) {
   EXPECT_EQ(store.SingleReading, -1);
   EXPECT_EQ(store.EventsEnabled, -1);
   EXPECT_EQ(store.TriggerDone, 0);
-  EXPECT_EQ(store.AbortRequested, 0);
-  EXPECT_EQ(store.Sample_Run, 0);
-  EXPECT_EQ(store.IntervalMs, 120);
-  EXPECT_EQ(store.Scale_Max, 15000);
-  EXPECT_EQ(store.Active_Form, panel);
-  EXPECT_EQ(panel->ModeIndex, 0);
+  EXPECT_EQ(store.Active_Form, &panel);
+  EXPECT_EQ(std::to_string(store.IntervalMs), panel.txtInterval.Text);
+  EXPECT_EQ(store.Scale_Min, 0);
+  EXPECT_EQ(store.Scale_Max,
+            static_cast<int>(std::stod(panel.txtScale.Text.get()) + panel.model.scale_addition));
+  EXPECT_EQ(store.Scale_Span, store.Scale_Max);
 }
 
-TEST_F(PanelLoad, ShowsItsDefaults) {
-  EXPECT_EQ(panel->Caption, "KVT7134X Ambient Light Sensor Evaluation Software");
-  EXPECT_EQ(panel->txtInterval.Text, "120");
-  EXPECT_EQ(panel->txtScale.Text, "15000");
-  EXPECT_EQ(panel->lblRegSet.Caption, "Control Register Not Initialized");
-  EXPECT_EQ(panel->ShpAttach.FillColor.get(), lamp(12));
-  EXPECT_EQ(panel->ShpHandleStatus.FillColor.get(), lamp(10));
-  EXPECT_EQ(panel->LstMode2.ListIndex, 0);
-  for (forms::Frame* frame : {&panel->frmMode, &panel->frmTimeBase, &panel->FrmDevice}) {
-    EXPECT_TRUE(frame->Visible);
-  }
-  for (forms::Control* hidden :
-       {static_cast<forms::Control*>(&panel->Label17), static_cast<forms::Control*>(&panel->txtReading2),
-        static_cast<forms::Control*>(&panel->LblCommTest), static_cast<forms::Control*>(&panel->Label6),
-        static_cast<forms::Control*>(&panel->Label14), static_cast<forms::Control*>(&panel->txtTime1),
-        static_cast<forms::Control*>(&panel->txtTime3), static_cast<forms::Control*>(&panel->cmdStopData),
-        static_cast<forms::Control*>(&panel->cmdEndSampling)}) {
+TEST_P(PanelLoad, HidesWhatShowsItselfLater) {
+  for (forms::Control* hidden : std::initializer_list<forms::Control*>{
+           &panel.Label17, &panel.txtReading2, &panel.LblCommTest, &panel.Label6, &panel.Label14,
+           &panel.txtTime1, &panel.txtTime3, &panel.shpSample, &panel.cmdStopData, &panel.cmdEndSampling}) {
     EXPECT_FALSE(hidden->Visible) << hidden->name();
   }
-  EXPECT_FALSE(panel->TmrSample.Enabled);
-  EXPECT_EQ(panel->TmrSample.Interval, 1000);
-  EXPECT_FALSE(panel->Tmr_Integration.Enabled);
-  EXPECT_EQ(panel->Tmr_Integration.Interval, 25);
+  for (forms::Frame* frame : {&panel.frmMode, &panel.frmTimeBase, &panel.FrmDevice}) {
+    EXPECT_TRUE(frame->Visible) << frame->name();
+  }
+  EXPECT_EQ(panel.ShpHandleStatus.FillColor.get(), lamp(10));
+  EXPECT_TRUE(panel.visible());
 }
 
-TEST_F(PanelLoad, TheDelayListGoesUpInFives) {
-  auto& delays = panel->CboIntTime(5);
+TEST_P(PanelLoad, StartsNoTimer) {
+  EXPECT_EQ(panel.TmrSample.Interval, 1000);
+  EXPECT_EQ(panel.Tmr_Integration.Interval, 25);
+  for (const forms::Control* control : panel.controls()) {
+    if (control->kind() != forms::Kind::Timer) continue;
+    EXPECT_FALSE(control->Enabled) << control->name();
+  }
+}
+
+TEST_P(PanelLoad, SharedControlsSayWhatTheyDo) {
+  EXPECT_EQ(panel.cmdCollectData.Caption, "Collect / Graph Real Time Data");
+  EXPECT_EQ(panel.cmdStopData.Caption, "Stop Data Acquisition");
+  EXPECT_EQ(panel.cmdEndSampling.Caption, "Stop Sampling");
+  EXPECT_EQ(panel.cmdAbort.Caption, "Terminate");
+  EXPECT_EQ(panel.lblCapturedReadings.Caption, "Captured Readings");
+  EXPECT_EQ(panel.Label6.Caption, "Command to Record Time (mS)");
+  EXPECT_EQ(panel.Label14.Caption, "Command to Command Time (mS)");
+  EXPECT_EQ(panel.frmDataRecord.Caption, "Save Measurements to File");
+  EXPECT_EQ(panel.chkAppend.Caption, "Append");
+  EXPECT_EQ(panel.chkAppend.ToolTipText,
+            "If check, data is appended to end of Measurement file, if uncheck file is overwritten with "
+            "present data only.");
+  EXPECT_EQ(panel.cmdBrowse.Caption, "Browse");
+  EXPECT_EQ(panel.cmdBrowse.ToolTipText, "Use this to select file where measurement data will be written.");
+  EXPECT_EQ(panel.cmdStartRec(0).Caption, "Write to Disk");
+  EXPECT_EQ(panel.cmdStartRec(0).ToolTipText, "Click here to save measurement to disk file.");
+  EXPECT_EQ(panel.txtFilePath.ToolTipText,
+            "Contains Path + File name where measurement data will be written.");
+  EXPECT_EQ(panel.txtScale.ToolTipText,
+            "Enter a number here followed by the \"Enter\" key to set the Max range toa specific number.");
+}
+
+TEST_P(PanelLoad, TheDelayListGoesUpInFives) {
+  auto& delays = panel.CboIntTime(5);
   ASSERT_EQ(delays.ListCount(), 101);
-  EXPECT_EQ(delays.List(0), "0");
-  EXPECT_EQ(delays.List(1), "5");
-  EXPECT_EQ(delays.List(100), "500");
+  for (int row = 0; row <= 100; ++row) ASSERT_EQ(delays.List(row), std::to_string(5 * row));
   EXPECT_EQ(delays.ListIndex, 8);
   EXPECT_EQ(delays.Text, "40");
 }
 
-TEST_F(PanelLoad, TheTimeLabelsCountSamples) {
-  EXPECT_EQ(store.Label_Time, (std::array<std::string, 11>{"0", "40", "80", "120", "160", "200", "240", "280",
-                                                           "320", "360", "400"}));
-  EXPECT_EQ(store.Label_Left[0], "0");
-  EXPECT_EQ(store.Label_Left[1], "1500");
-  EXPECT_EQ(store.Label_Left[10], "15000");
+TEST_P(PanelLoad, TheDeviceListHasItsRowsAndTheFirstIsChosen) {
+  ASSERT_EQ(panel.LstDeviceSel.List().size(), panel.model.devices.size());
+  for (std::size_t row = 0; row < panel.model.devices.size(); ++row) {
+    EXPECT_EQ(panel.LstDeviceSel.List()[row], panel.model.devices[row].text);
+  }
+  EXPECT_EQ(panel.LstDeviceSel.ListIndex, 0);
+  EXPECT_EQ(panel.txtI2CAddr.Text, "44");
+  EXPECT_EQ(panel.txtI2cXmitAdr.Text, "88");
 }
 
-TEST_F(PanelLoad, TheChartIsTheEmptyGridAndSaved) {
+TEST_P(PanelLoad, TheValueLabelsAreTenthsOfTheScale) {
+  for (std::size_t i = 0; i <= 10; ++i) {
+    EXPECT_EQ(store.Label_Left[i], std::to_string(static_cast<int>(i) * forms::CLng(store.Scale_Max / 10.0)));
+  }
+}
+
+TEST_P(PanelLoad, TheChartIsTheEmptyGridAndSaved) {
   for (std::size_t i = 0; i <= 403; ++i) ASSERT_EQ(store.Trace_Y[i], 1);
-  EXPECT_EQ(panel->Picture1.GetPixel(40, 5), 0);
-  EXPECT_EQ(panel->Picture1.GetPixel(41, 5), 0xFFFFFF);
-  for (int x = 0; x < 403; ++x) {
-    for (int y = 0; y < 304; ++y) {
+  EXPECT_EQ(panel.Picture1.GetPixel(40, 5), 0);
+  EXPECT_EQ(panel.Picture1.GetPixel(41, 5), 0xFFFFFF);
+  for (int x = 0; x < plot_columns; ++x) {
+    for (int y = 0; y < plot_rows; ++y) {
       ASSERT_EQ(store.Screen_Pixels[static_cast<std::size_t>(x)][static_cast<std::size_t>(y)],
-                panel->Picture1.GetPixel(x, y));
+                panel.Picture1.GetPixel(x, y));
     }
   }
-  EXPECT_EQ(panel->Picture2.printed().size(), 36u);
+  EXPECT_EQ(panel.Picture2.printed().size(), 36u);
 }
 
-TEST_F(PanelLoad, TheDataFileIsProposedBehindTheApplicationsFolder) {
-  EXPECT_EQ(panel->txtFilePath.Text, program.application_folder + "/Data.txt");
-  EXPECT_EQ(panel->CommonDialog2.FileName, program.application_folder + "/Data.txt");
+TEST_P(PanelLoad, TheDataFileIsProposedBehindTheApplicationsFolder) {
+  EXPECT_EQ(panel.txtFilePath.Text, program.application_folder + "/Data.txt");
+  EXPECT_EQ(panel.CommonDialog2.FileName, program.application_folder + "/Data.txt");
 }
 
-TEST_F(PanelLoad, TheDeviceListSendsItsOwnAddresses) {
-  const std::vector<std::string> rows{"KVT71346 ADR-44", "KVT71347 ADR-40", "KVT71347 ADR-41",
-                                      "KVT71347 ADR-42", "KVT71347 ADR-43", "KVT71347 ADR-44",
-                                      "KVT71347 ADR-45", "KVT71347 ADR-46", "KVT71347 ADR-47"};
-  EXPECT_EQ(panel->LstDeviceSel.List(), rows);
-  EXPECT_EQ(panel->LstDeviceSel.ListIndex, 0);
-  const std::array written{0x88, 0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x87, 0x88};
-  // Half of an odd address is rounded to the even number.
-  const std::array halves{"44", "40", "40", "41", "42", "42", "42", "44", "44"};
-  for (std::size_t row = 0; row < written.size(); ++row) {
-    choose(panel->LstDeviceSel, static_cast<int>(row));
-    EXPECT_EQ(store.I2C_WrAdr, written[row]) << row;
-    EXPECT_EQ(store.I2C_RdAdr, written[row] + 1) << row;
-    EXPECT_EQ(panel->txtI2CAddr.Text, halves[row]) << row;
-    EXPECT_EQ(panel->txtI2cXmitAdr.Text, forms::Hex(written[row])) << row;
+// A panel that is chosen in a program that has worked already.
+struct PanelLoadInAUsedStore : ::testing::TestWithParam<std::string>, TestProgram {
+  const std::map<std::string, Flag Store::*> flags{
+      {"AbortRequested", &Store::AbortRequested},   {"Sample_Run", &Store::Sample_Run},
+      {"TriggerDone", &Store::TriggerDone},         {"PendingUpdate", &Store::PendingUpdate},
+      {"PendingClearInt", &Store::PendingClearInt}, {"PendingReadRegs", &Store::PendingReadRegs},
+      {"PendingWriteR0", &Store::PendingWriteR0},   {"PendingWriteR1", &Store::PendingWriteR1},
+      {"PendingIntHigh", &Store::PendingIntHigh},   {"PendingIntLow", &Store::PendingIntLow}};
+
+  void SetUp() override {
+    workbench();
+    for (const auto& [name, member] : flags) store.*member = -1;
+    store.EventsEnabled = 0;
+    store.SingleReading = 0;
+    store.I2C_WrAdr = 0x12;
+    store.I2C_RdAdr = 0x13;
+    store.I2C_RdCnt = 4;
+    store.I2C_Pipe = 1;
+    store.Board_Rev = 1;
+    store.Scale_Min = -7;
+    store.Trace_Y.fill(9);
   }
-  EXPECT_TRUE(recorder.packets.empty());
+  bool loading() const { return store.Active_Form && store.Active_Form->name() == GetParam(); }
+};
+
+TEST_P(PanelLoadInAUsedStore, NoFlagOfTheRunBeforeIsLeft) {
+  choose_panel(*this, GetParam());
+  for (const auto& [name, member] : flags) EXPECT_EQ(store.*member, 0) << name;
+  EXPECT_EQ(store.EventsEnabled, -1);
+  EXPECT_EQ(store.SingleReading, -1);
+  EXPECT_EQ(store.I2C_WrAdr, 0x88);
+  EXPECT_EQ(store.I2C_RdAdr, 0x89);
+  EXPECT_EQ(store.I2C_RdCnt, 2);
+  EXPECT_EQ(store.I2C_Pipe, 2);
+  EXPECT_EQ(store.Board_Rev, 2);
+  EXPECT_EQ(store.Scale_Min, 0);
+  EXPECT_EQ(store.Trace_Y[403], 1);
 }
 
-TEST_F(PanelLoad, ExitEndsTheProgram) {
-  panel->Label18.Caption = "before";
-  store.PendingUpdate = store.PendingClearInt = store.PendingReadRegs = -1;
-  EXPECT_TRUE(ends([&] { forms::user::click(panel->Command4); }));
-  EXPECT_EQ(store.PendingUpdate, 0);
-  EXPECT_EQ(store.PendingClearInt, 0);
-  EXPECT_EQ(store.PendingReadRegs, 0);
-  EXPECT_EQ(panel->Label18.Caption, "before");
-  EXPECT_TRUE(user.errors.empty());
+// Nothing that runs while the panel loads takes a loop of another panel for its own.
+TEST_P(PanelLoadInAUsedStore, TheLoopsAreOffBeforeItsFirstYieldAndAfterIt) {
+  int seen = 0;
+  at_yield([&] { return loading(); },
+           [&] {
+             ++seen;
+             EXPECT_EQ(store.Sample_Run, 0);
+             EXPECT_EQ(store.AbortRequested, 0);
+             EXPECT_EQ(store.I2C_WrAdr, 0x88);
+             EXPECT_EQ(store.I2C_RdAdr, 0x89);
+             EXPECT_EQ(store.I2C_Pipe, 2);
+             EXPECT_EQ(store.Board_Rev, 2);
+             auto* attached = dynamic_cast<forms::Shape*>(store.Active_Form->find("ShpAttach"));
+             ASSERT_NE(attached, nullptr);
+             EXPECT_EQ(attached->FillColor.get(), forms::QBColor(10));
+             store.Sample_Run = -1;
+             store.TriggerDone = -1;
+           });
+  choose_panel(*this, GetParam());
+  EXPECT_EQ(seen, 1);
+  EXPECT_EQ(store.Sample_Run, 0);
+  EXPECT_EQ(store.TriggerDone, 0);
 }
 
-TEST_F(PanelLoad, TheTerminateButtonHidesItselfAndLeavesTheStatusAlone) {
-  panel->Label18.Caption = "before";
-  click(panel->cmdAbort);
-  EXPECT_EQ(store.AbortRequested, -1);
-  EXPECT_FALSE(panel->cmdAbort.Visible);
-  EXPECT_EQ(panel->Label18.Caption, "before");
-}
-
-TEST_F(PanelLoad, TheDormantTimerSamplesWhenItTicks) {
-  at(count_reaches(2), clicking(panel->cmdEndSampling));
-  program.runtime.dispatch([&] { panel->TmrSample.raise(Event::Timer); });
-  EXPECT_GE(store.Sample_Count, 2);
-}
-
-TEST_F(PanelLoad, ClosingTheWindowClosesAnOpenDriverSession) {
-  click(workbench().cmdUSBConnect);
-  ASSERT_EQ(store.Usb_Open, -1);
-  forget_traffic();
-  program.forms.unload(*panel, 0);
-  EXPECT_EQ(recorder.calls, std::vector<std::string>{"WDU_VB_Uninit"});
-  EXPECT_EQ(store.Usb_Open, 0);
-  EXPECT_EQ(workbench().txthDriver.Text, "");
-}
-
-TEST_F(PanelLoad, ClosingTheWindowWithoutADriverHandleCallsNothing) {
-  store.Drv_Handle = 0;
-  store.Usb_Open = -1;
-  program.forms.unload(*panel, 0);
-  EXPECT_TRUE(recorder.calls.empty());
-  EXPECT_EQ(store.Usb_Open, -1);
-}
+INSTANTIATE_TEST_SUITE_P(Each, PanelLoad, ::testing::ValuesIn(every_panel()), panel_name);
+INSTANTIATE_TEST_SUITE_P(Each, PanelLoadInAUsedStore, ::testing::ValuesIn(every_panel()), panel_name);
 
 }  // namespace
 }  // namespace varzelin::testing

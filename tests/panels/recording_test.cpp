@@ -1,32 +1,25 @@
-// The measurement file, byte by byte.
+// The measurement file of every panel, byte by byte but for what its first line says of the sensor.
 #include <sys/resource.h>
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <regex>
 
-#include "support/kvt71346_fixture.h"
+#include "support/panel_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace varzelin::testing {
 namespace {
 
-struct Recording : Kvt71346Fixture {
-  std::filesystem::path folder;
-  std::string path;
+struct PanelRecording : PanelTest {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("Data.txt");
 
   void SetUp() override {
-    Kvt71346Fixture::SetUp();
-    folder = std::filesystem::path(::testing::TempDir()) /
-             (std::string("recording_") + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    path = (folder / "Data.txt").string();
-    panel->txtFilePath.Text = path;
-    panel->txtModeByte.Text = "04";
-    panel->txtInterval.Text = " 99x";
+    make_measure();
+    panel.txtFilePath.Text = path;
+    panel.txtInterval.Text = " 99x";
   }
-  void TearDown() override { std::filesystem::remove_all(folder); }
 
   void samples(std::int32_t count) {
     store.Sample_Count = count;
@@ -35,26 +28,25 @@ struct Recording : Kvt71346Fixture {
       store.Sample_Value2[i] = 1;
     }
   }
-  void write() { click(panel->cmdStartRec(0)); }
+  void write() { click(panel.cmdStartRec(0)); }
+  // A file's bytes, with a star for what its first lines say of the sensor.
   static std::string content(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
+    static const std::regex sensor("(^|\n)(Seq,Lux,Integration,)[^,]*");
+    return std::regex_replace(TemporaryFolder::content(file), sensor, "$1$2*");
   }
   void expect_buttons(bool enabled) {
-    EXPECT_EQ(panel->cmdSample.Enabled, enabled);
-    EXPECT_EQ(panel->cmdCollectData.Enabled, enabled);
+    EXPECT_EQ(panel.cmdSample.Enabled, enabled);
+    EXPECT_EQ(panel.cmdCollectData.Enabled, enabled);
   }
 };
 
 const std::string nine_lines =
-    "Seq,Lux,Integration,Mode 04,Interval  99x, 11/25/2008,2:03:07 PM, Qty 9\r\n"
+    "Seq,Lux,Integration,*,Interval  99x, 11/25/2008,2:03:07 PM, Qty 9\r\n"
     " 0, 1100, 1\r\n 1, 1200, 1\r\n 2, 1300, 1\r\n 3, 1400, 1\r\n 4, 1500, 1\r\n"
     " 5, 1600, 1\r\n 6, 1700, 1\r\n 7, 1800, 1\r\n 8, 1900, 1\r\n"
     "END\r\n";
 
-TEST_F(Recording, NineteenSamplesAreTooFew) {
+TEST_P(PanelRecording, NineteenSamplesAreTooFew) {
   samples(19);
   store.Sample_Run = -1;
   write();
@@ -65,16 +57,16 @@ TEST_F(Recording, NineteenSamplesAreTooFew) {
   expect_buttons(true);
 }
 
-TEST_F(Recording, TwentySamplesAreNineLines) {
+TEST_P(PanelRecording, TwentySamplesAreNineLines) {
   samples(20);
   write();
   EXPECT_EQ(content(path), nine_lines);
-  EXPECT_EQ(panel->Label18.Caption, " 10 Measurement set(s) written: 11/25/2008 2:03:07 PM");
+  EXPECT_EQ(panel.Label18.Caption, " 10 Measurement set(s) written: 11/25/2008 2:03:07 PM");
   EXPECT_TRUE(user.boxes.empty());
   expect_buttons(true);
 }
 
-TEST_F(Recording, WritesBothReadingsWithTheirSigns) {
+TEST_P(PanelRecording, WritesBothReadingsWithTheirSigns) {
   samples(20);
   store.Sample_Value[11] = -7;
   store.Sample_Value2[11] = 2147483647;
@@ -83,7 +75,7 @@ TEST_F(Recording, WritesBothReadingsWithTheirSigns) {
   EXPECT_NE(content(path).find("\r\n 0,-7, 2147483647\r\n 1, 1200,-2147483648\r\n"), std::string::npos);
 }
 
-TEST_F(Recording, AFullStoreIs999Lines) {
+TEST_P(PanelRecording, AFullStoreIs999Lines) {
   samples(1010);
   write();
   const std::string text = content(path);
@@ -91,87 +83,86 @@ TEST_F(Recording, AFullStoreIs999Lines) {
   EXPECT_EQ(std::ranges::count(text, '\r'), 999 + 2);
   EXPECT_NE(text.find(", Qty 999\r\n"), std::string::npos);
   EXPECT_TRUE(text.ends_with("\r\n 998, 100900, 1\r\nEND\r\n"));
-  EXPECT_TRUE(panel->Label18.Caption.get().starts_with(" 1000 Measurement set(s) written: "));
+  EXPECT_TRUE(panel.Label18.Caption.get().starts_with(" 1000 Measurement set(s) written: "));
 }
 
-TEST_F(Recording, ReplacesTheFileOrAppendsABlock) {
+TEST_P(PanelRecording, ReplacesTheFileOrAppendsABlock) {
   samples(20);
   write();
   write();
   EXPECT_EQ(content(path), nine_lines);
-  panel->chkAppend.Value = 1;
+  panel.chkAppend.Value = 1;
   write();
   EXPECT_EQ(content(path), nine_lines + nine_lines);
 }
 
-TEST_F(Recording, AppendingCreatesAMissingFile) {
+TEST_P(PanelRecording, AppendingCreatesAMissingFile) {
   samples(20);
-  panel->chkAppend.Value = 1;
+  panel.chkAppend.Value = 1;
   write();
   EXPECT_EQ(content(path), nine_lines);
 }
 
-TEST_F(Recording, ATypedNameIsUsedAsItStands) {
+TEST_P(PanelRecording, ATypedNameIsUsedAsItStands) {
   samples(20);
-  const std::string typed = (folder / "  my data, \xC3\xA4").string();
-  program.runtime.dispatch([&] { forms::user::fill(panel->txtFilePath, typed); });
+  const std::string typed = folder.path("  my data, \xC3\xA4");
+  program.runtime.dispatch([&] { forms::user::fill(panel.txtFilePath, typed); });
   write();
   EXPECT_EQ(content(typed), nine_lines);
 }
 
-TEST_F(Recording, WritesWhatACollectionLeft) {
-  set_mode(2);
+TEST_P(PanelRecording, WritesWhatACollectionLeft) {
+  reading(5100);
   collect(30);
   const std::int32_t count = store.Sample_Count;
   write();
   write();  // the samples stay
   const std::string text = content(path);
-  EXPECT_TRUE(text.starts_with("Seq,Lux,Integration,Mode 00,Interval  99x, "));
+  EXPECT_TRUE(text.starts_with("Seq,Lux,Integration,*,Interval  99x, "));
   EXPECT_NE(text.find("\r\n 10, 5100, 1\r\n"), std::string::npos);
   EXPECT_EQ(std::ranges::count(text, '\n'), count - 11 + 2);
 }
 
-TEST_F(Recording, StopsARunningCollection) {
-  set_mode(2);
-  at(count_reaches(25), [&] { forms::user::click(panel->cmdStartRec(0)); });
-  click(panel->cmdCollectData);
-  expect_idle();
+TEST_P(PanelRecording, StopsARunningCollection) {
+  at_yield(count_reaches(25), clicking(panel.cmdStartRec(0)));
+  click(panel.cmdCollectData);
+  expect_ended();
   EXPECT_EQ(store.Sample_Count, 25);
   EXPECT_NE(content(path).find(", Qty 14\r\n"), std::string::npos);
-  EXPECT_TRUE(panel->Label18.Caption.get().starts_with(" 15 Measurement set(s) written: "));
+  EXPECT_TRUE(panel.Label18.Caption.get().starts_with(" 15 Measurement set(s) written: "));
 }
 
-TEST_F(Recording, AFailureShowsThePlatformsWordsAndLeavesTheButtonsDisabled) {
+TEST_P(PanelRecording, AFailureShowsThePlatformsWordsAndLeavesTheButtonsDisabled) {
   samples(20);
-  std::filesystem::create_directory(folder / "folder");
+  std::filesystem::create_directory(folder.path("folder"));
   struct Case {
     std::string path;
     int error;
   };
-  for (const Case& c : {Case{(folder / "missing" / "Data.txt").string(), forms::path_not_found},
-                        Case{(folder / "folder").string(), forms::path_file_access_error},
+  for (const Case& c : {Case{folder.path("missing/Data.txt"), forms::path_not_found},
+                        Case{folder.path("folder"), forms::path_file_access_error},
                         Case{"", forms::bad_file_name_or_number}}) {
     user.boxes.clear();
-    panel->cmdSample.Enabled = true;
-    panel->cmdCollectData.Enabled = true;
-    panel->txtFilePath.Text = c.path;
-    panel->Label18.Caption = "before";
+    panel.cmdSample.Enabled = true;
+    panel.cmdCollectData.Enabled = true;
+    panel.txtFilePath.Text = c.path;
+    panel.Label18.Caption = "before";
     write();
     ASSERT_EQ(user.boxes.size(), 1u) << c.path;
     EXPECT_EQ(user.boxes[0].text, forms::error_text(c.error)) << c.path;
     expect_buttons(false);
-    EXPECT_EQ(panel->Label18.Caption, "before");
+    EXPECT_EQ(panel.Label18.Caption, "before");
     EXPECT_TRUE(user.errors.empty());
     EXPECT_EQ(program.runtime.files.FreeFile(), 1);  // nothing was opened
   }
   // A write that works enables them again.
-  panel->txtFilePath.Text = path;
+  panel.txtFilePath.Text = path;
   write();
   EXPECT_EQ(content(path), nine_lines);
   expect_buttons(true);
 }
 
-TEST_F(Recording, AFileThatIsStillOpenIsRefused) {
+TEST_P(PanelRecording, AFileThatIsStillOpenIsRefused) {
   samples(20);
   program.runtime.files.Open(path, forms::Files::Mode::Output, 1);
   write();
@@ -181,7 +172,7 @@ TEST_F(Recording, AFileThatIsStillOpenIsRefused) {
 }
 
 // A disk that fills up, played by the process's own limit.
-TEST_F(Recording, AFullDiskIsTold) {
+TEST_P(PanelRecording, AFullDiskIsTold) {
   samples(1010);
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
@@ -197,12 +188,12 @@ TEST_F(Recording, AFullDiskIsTold) {
   EXPECT_TRUE(user.errors.empty());
 }
 
-TEST_F(Recording, BrowsingAsksForAFileAndCancelKeepsTheName) {
+TEST_P(PanelRecording, BrowsingAsksForAFileAndCancelKeepsTheName) {
   user.file_answers = {std::nullopt, "/some/where.txt"};
-  click(panel->cmdBrowse);
-  EXPECT_EQ(panel->txtFilePath.Text, path);
-  click(panel->cmdBrowse);
-  EXPECT_EQ(panel->txtFilePath.Text, "/some/where.txt");
+  click(panel.cmdBrowse);
+  EXPECT_EQ(panel.txtFilePath.Text, path);
+  click(panel.cmdBrowse);
+  EXPECT_EQ(panel.txtFilePath.Text, "/some/where.txt");
   ASSERT_EQ(user.file_dialogs.size(), 2u);
   const forms::FileDialog& dialog = user.file_dialogs[1];
   EXPECT_FALSE(dialog.save);
@@ -211,6 +202,8 @@ TEST_F(Recording, BrowsingAsksForAFileAndCancelKeepsTheName) {
   EXPECT_EQ(dialog.filter, "All Files (*.*)|*.*|KVT7134x Data Files(*.txt)|*.txt");
   EXPECT_EQ(dialog.default_extension, "*.txt");
 }
+
+INSTANTIATE_TEST_SUITE_P(Each, PanelRecording, ::testing::ValuesIn(every_panel()), panel_name);
 
 }  // namespace
 }  // namespace varzelin::testing

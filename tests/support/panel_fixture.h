@@ -1,0 +1,161 @@
+// A program with one sensor panel, chosen as a user chooses it: what tests do with any panel, and the
+// fixture of those that run on every panel that there is.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "panels/single_channel/kvt71346.h"
+#include "shell/start_panel.h"
+#include "support/test_program.h"
+#include "workbench/gpio_panel.h"
+
+namespace varzelin::testing {
+
+// The form names of the start list's panels that the program has.
+inline std::vector<std::string> every_panel() {
+  TestProgram known;
+  std::vector<std::string> names;
+  for (const ModelRow& row : model_list) {
+    if (known.program.forms.knows(row.panel)) names.emplace_back(row.panel);
+  }
+  return names;
+}
+
+inline std::string panel_name(const ::testing::TestParamInfo<std::string>& info) {
+  return info.param;
+}
+
+// What a panel needs beyond its load so that its sensor measures. A panel without an entry needs nothing.
+inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_by_panel{
+    {frmKVT71346::form_name, [](SensorPanel& panel) {
+       constexpr int diode1_row = 2;
+       auto& modes = dynamic_cast<frmKVT71346&>(panel);
+       modes.Lst71346_Mode.select_quietly(diode1_row);
+       modes.ModeIndex = diode1_row;
+     }}};
+
+// Makes the user's choice in the start list.
+inline SensorPanel& choose_panel(TestProgram& test, const std::string& form_name) {
+  const auto row = std::ranges::find(model_list, form_name, &ModelRow::panel);
+  test.choose(test.form<frmStartup>().cboDeviceSelect, static_cast<int>(row - model_list.begin()));
+  return dynamic_cast<SensorPanel&>(test.program.forms.touch(form_name));
+}
+
+// A fixture names its panel as it likes; what stands here works on the one that was opened last.
+struct PanelProgram : TestProgram {
+  SensorPanel* opened = nullptr;
+
+  // Chooses a panel, without the traffic of its load.
+  SensorPanel& open(const std::string& form_name) {
+    opened = &choose_panel(*this, form_name);
+    forget_traffic();
+    return *opened;
+  }
+  void forget_traffic() {
+    recorder.packets.clear();
+    recorder.calls.clear();
+  }
+  // A panel whose sensor measures, in a closed session, without traffic of the load.
+  void make_measure() {
+    const auto entry = measuring_by_panel.find(opened->name());
+    if (entry != measuring_by_panel.end()) entry->second(*opened);
+    click(workbench().cmdUSBDisconnect);
+    forget_traffic();
+  }
+
+  // --- the user ---
+
+  std::function<bool()> count_reaches(std::int32_t count) {
+    return [this, count] { return store.Sample_Count >= count; };
+  }
+  std::function<void()> clicking(forms::Control& control) {
+    return [&control] { forms::user::click(control); };
+  }
+  // Clicks the real-time button and stops once there are `count` samples.
+  void collect(std::int32_t count) {
+    store.Sample_Count = 0;  // of the run before
+    at_yield(count_reaches(count), clicking(opened->cmdStopData));
+    click(opened->cmdCollectData);
+  }
+  // Clicks the timed button and stops once there are `count` samples.
+  void sample(std::int32_t count) {
+    store.Sample_Count = 0;
+    at_yield(count_reaches(count), clicking(opened->cmdEndSampling));
+    click(opened->cmdSample);
+  }
+  void press_enter(forms::TextBox& box) {
+    program.runtime.dispatch([&] { forms::user::enter(box); });
+  }
+  void leave(forms::TextBox& box) {
+    program.runtime.dispatch([&] { forms::user::leave(box); });
+  }
+
+  // --- the bus ---
+
+  // Each reply of the sensor is this count from here on.
+  void reading(int count) {
+    recorder.before_call = [this, count] { queue_count(count); };
+  }
+  // The sensor's next reply, in the call before it: this count, unless one waits already.
+  void queue_count(int count) {
+    if (store.Pipe_Num != store.I2C_Pipe + in_pipe_offset || board.queued_replies() != 0) return;
+    board.queue_reply({2, static_cast<std::uint8_t>(count), static_cast<std::uint8_t>(count >> 8)});
+  }
+  // The bytes of the transfers on one pipe, in order.
+  std::vector<std::vector<int>> sent_on(int pipe) {
+    std::vector<std::vector<int>> result;
+    for (const Packet& packet : recorder.packets) {
+      if (packet.pipe == pipe) result.push_back(packet.bytes);
+    }
+    return result;
+  }
+  std::size_t calls(std::string_view name) const {
+    return static_cast<std::size_t>(std::ranges::count(recorder.calls, name));
+  }
+
+  // --- what to expect ---
+
+  static forms::Color lamp(int color_index) { return forms::QBColor(color_index); }
+  // What the time boxes show when nothing but the wait takes time.
+  std::string pace_text(int interval_ms) const {
+    return std::to_string(interval_ms - opened->model.sleep_margin);
+  }
+
+  // As the panel is when no loop runs. The session may be open: not every panel closes it.
+  void expect_idle() {
+    EXPECT_TRUE(opened->cmdCollectData.Enabled);
+    EXPECT_TRUE(opened->cmdSample.Enabled);
+    EXPECT_TRUE(opened->cmdSample.Visible);
+    EXPECT_FALSE(opened->cmdStopData.Visible);
+    EXPECT_FALSE(opened->cmdEndSampling.Visible);
+    EXPECT_TRUE(opened->Command4.Visible);
+    const forms::Control* reset = opened->find("cbReset");
+    EXPECT_TRUE(!reset || reset->Visible);
+    EXPECT_TRUE(opened->frmTimeBase.Visible);
+    EXPECT_EQ(store.Sample_Run, 0);
+    EXPECT_EQ(store.AbortRequested, 0);
+    EXPECT_EQ(store.Man_Usb_Conn, 0);
+  }
+  // After a real-time run.
+  void expect_ended() {
+    expect_idle();
+    EXPECT_EQ(store.Usb_Open, 0);
+  }
+  // The session that a timed run leaves.
+  Flag usb_open_after_sampling() const {
+    return flag(opened->model.sampling_session_end != SessionEnd::disconnect);
+  }
+};
+
+// A test on every panel: INSTANTIATE_TEST_SUITE_P(Each, <suite>, ::testing::ValuesIn(every_panel()),
+// panel_name).
+struct PanelTest : ::testing::TestWithParam<std::string>, PanelProgram {
+  SensorPanel& panel = open(GetParam());
+};
+
+}  // namespace varzelin::testing
