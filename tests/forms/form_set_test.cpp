@@ -224,5 +224,29 @@ TEST_F(FormsFormSet, AnErrorInFormLoadLeavesTheFormLoaded) {
   EXPECT_FALSE(a().visible());
 }
 
+// --- controls of a form ---
+
+class Twins final : public forms::Form {
+ public:
+  Twins(forms::FormSet& set, std::string form_name, int second_index)
+      : Form(set, std::move(form_name), "Twins"), second(*this, "twin", {}, second_index) {}
+
+  forms::Label first{*this, "twin", {}, 0};
+  forms::Label second;
+};
+
+TEST_F(FormsFormSet, ControlsOfOneNameDifferByTheirIndex) {
+  const Twins twins(forms, "twins", 1);
+  EXPECT_EQ(twins.find("twin", 0), &twins.first);
+  EXPECT_EQ(twins.find("twin", 1), &twins.second);
+  EXPECT_EQ(twins.find("twin"), nullptr);
+}
+
+using FormsFormSetDeathTest = FormsFormSet;
+
+TEST_F(FormsFormSetDeathTest, TwoControlsOfOneNameAndIndexAreRefused) {
+  EXPECT_DEBUG_DEATH(Twins(forms, "twins", 0), "find\\(control.name");
+}
+
 }  // namespace
 }  // namespace varzelin::testing

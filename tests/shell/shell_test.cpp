@@ -1,6 +1,8 @@
 // Start of the program, choice of the model, the about box, and the end.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "panels/multi_function/proximity_offset.h"
 #include "panels/single_channel/kvt71346.h"
 #include "shell/about_box.h"
@@ -198,6 +200,22 @@ TEST_F(Shell, AnErrorOnTheWayToTheSystemInformationShowsNothing) {
   click(form<frmAbout2>().cmdSysInfo);
   EXPECT_TRUE(user.errors.empty());
   EXPECT_TRUE(user.boxes.empty());
+}
+
+// Front ends, scripts and tests find a control by its name and index alone.
+TEST_F(Shell, EveryControlOfEveryFormHasANameOfItsOwn) {
+  workbench();
+  for (const std::string& form_name : program.forms.names()) {
+    std::set<std::pair<std::string, int>> names;
+    const forms::Form& form = program.forms.touch(form_name);
+    for (const forms::Control* control : form.controls()) {
+      EXPECT_TRUE(names.emplace(control->name(), control->index()).second)
+          << form_name << " " << control->full_name();
+      EXPECT_EQ(form.find(control->name(), control->index()), control)
+          << form_name << " " << control->full_name();
+    }
+    EXPECT_FALSE(names.empty()) << form_name;
+  }
 }
 
 }  // namespace
