@@ -120,6 +120,25 @@ struct RegisterVariables {
   Flag PendingIntLow = 0;
 };
 
+// The converter of a sensor, and what its options say.
+struct ConverterVariables {
+  std::int32_t FullCount = 0;     // counts of the selected width; 0: the host times the integrations
+  std::int16_t RangeIndex = 0;    // selected position of the range
+  Flag OneShotMode = 0;           // each reading starts its own conversion
+  Flag LuxMode = 0;               // readings are turned into lux
+  Flag ReadAdc = 0;               // what a triggered reading shows: the count,
+  Flag ReadTimeBase = 0;          // or the time base
+  std::int16_t BridgeStatus = 0;  // byte 0 of the last register read
+  Flag LayoutCompact = 0;         // the panel shows its short layout
+};
+
+// The external resistor, which sets the sensor's clock and its ranges.
+struct ResistorVariables {
+  std::int32_t RextOhms = 0;
+  std::int32_t FsrLux = 0;  // full scale of the selected range, lux
+  double LuxFactor = 0;     // lux per count
+};
+
 struct ScriptVariables {
   double Fails_Before = 0;  // failed reads when the present row began
   double Fails_Now = 0;     // failed reads after the last one that failed
@@ -144,6 +163,8 @@ struct Store : ProgramVariables,
                SamplingVariables,
                ReadingVariables,
                RegisterVariables,
+               ConverterVariables,
+               ResistorVariables,
                ScriptVariables,
                ColourVariables {};
 

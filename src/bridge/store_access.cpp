@@ -119,6 +119,12 @@ constexpr std::array register_variables{
     VARIABLE(RegImage),       VARIABLE(PendingUpdate),  VARIABLE(PendingClearInt), VARIABLE(PendingReadRegs),
     VARIABLE(PendingWriteR0), VARIABLE(PendingWriteR1), VARIABLE(PendingIntHigh),  VARIABLE(PendingIntLow)};
 
+constexpr std::array converter_variables{
+    VARIABLE(FullCount), VARIABLE(RangeIndex),   VARIABLE(OneShotMode),  VARIABLE(LuxMode),
+    VARIABLE(ReadAdc),   VARIABLE(ReadTimeBase), VARIABLE(BridgeStatus), VARIABLE(LayoutCompact)};
+
+constexpr std::array resistor_variables{VARIABLE(RextOhms), VARIABLE(FsrLux), VARIABLE(LuxFactor)};
+
 constexpr std::array script_variables{VARIABLE(Fails_Before), VARIABLE(Fails_Now)};
 
 constexpr std::array colour_variables{VARIABLE(Clr_Black), VARIABLE(Clr_DkGreen), VARIABLE(Clr_Gray),
@@ -137,7 +143,8 @@ constexpr auto joined(const std::array<StoreVariable, Sizes>&... topics) {
 
 constexpr auto variables =
     joined(program_variables, session_variables, transfer_variables, port_variables, chart_variables,
-           sampling_variables, reading_variables, register_variables, script_variables, colour_variables);
+           sampling_variables, reading_variables, register_variables, converter_variables, resistor_variables,
+           script_variables, colour_variables);
 
 }  // namespace
 

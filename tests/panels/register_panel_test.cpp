@@ -36,7 +36,8 @@ constexpr std::array<RegisterWrite, 3> rehearsal_writes{
 class Rehearsal final : public RegisterPanel {
  public:
   explicit Rehearsal(Program& owner)
-      : RegisterPanel(owner, rehearsal, rehearsal_writes, {.written = 3, .read = 3, .lamps = {0, 1, 2, 4}}) {}
+      : RegisterPanel(owner, rehearsal, rehearsal_writes,
+                      {.written = {0, 1, 2}, .read = {0, 1, 2}, .lamps = {0, 1, 2, 4}}) {}
 
   using RegisterPanel::test_communications;
   bool answers = true;

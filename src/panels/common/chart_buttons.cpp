@@ -34,18 +34,26 @@ void SensorPanel::cmdScale_Click() {
   Restore_Screen(store, Picture1);
 }
 
-void SensorPanel::cmdAutoScale_Click() {
-  const bool last_is_zero = store.Sample_Count > 0 && store.Sample_Value[slot(store.Sample_Count - 1)] == 0;
-  DoEvents();
-  if (store.Sample_Count <= 5 || last_is_zero) return;
-  store.GraphUnit1 = "Scaled";
-  store.GraphUnit2 = "Scaled";
+bool SensorPanel::auto_scale_possible() const {
+  constexpr std::int32_t too_few = 5;
+  return store.Sample_Count > too_few && store.Sample_Value[slot(store.Sample_Count - 1)] != 0;
+}
+
+void SensorPanel::choose_auto_scale() {
   std::int32_t maximum = -99999;
   for (std::size_t i = 1; i <= slot(); ++i) maximum = std::max(maximum, store.Sample_Value[i]);
   txtScale.Text = forms::CStr(forms::Int(1.15 * maximum));
+}
+
+void SensorPanel::cmdAutoScale_Click() {
+  DoEvents();
+  if (!auto_scale_possible()) return;
+  store.GraphUnit1 = "Scaled";
+  store.GraphUnit2 = "Scaled";
+  choose_auto_scale();
   DoEvents();
   store.Scale_Min = 0;
-  store.Scale_Max = forms::CLng(forms::Val(txtScale.Text) + 1);
+  store.Scale_Max = forms::CLng(forms::Int(forms::Val(txtScale.Text)) + 1);
   txtScaleMin.Text = std::to_string(store.Scale_Min);
   store.Scale_Span = forms::to_int32(std::abs(std::int64_t{store.Scale_Min}) + store.Scale_Max);
   DoEvents();

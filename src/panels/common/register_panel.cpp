@@ -5,7 +5,7 @@
 namespace varzelin {
 namespace {
 
-forms::Elements lamps(const std::vector<int>& indices) {
+forms::Elements plain(const std::vector<int>& indices) {
   forms::Elements elements;
   for (const int index : indices) elements.emplace_back(index, Design{});
   return elements;
@@ -17,9 +17,9 @@ RegisterPanel::RegisterPanel(Program& owner, const PanelModel& panel_model,
                              std::span<const RegisterWrite> writes, const Boxes& boxes)
     : SensorPanel(owner, panel_model),
       writes_(writes),
-      txtRegHex(*this, "txtRegHex", forms::elements(boxes.written, [](int) { return Design{}; })),
-      txtRegRd(*this, "txtRegRd", forms::elements(boxes.read, [](int) { return Design{}; })),
-      ShpInd(*this, "ShpInd", lamps(boxes.lamps)) {}
+      txtRegHex(*this, "txtRegHex", plain(boxes.written)),
+      txtRegRd(*this, "txtRegRd", plain(boxes.read)),
+      ShpInd(*this, "ShpInd", plain(boxes.lamps)) {}
 
 void RegisterPanel::cmdRead_All_Click() {
   if (!deferred({&Store::PendingReadRegs})) Read_Registers();

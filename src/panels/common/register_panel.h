@@ -27,10 +27,10 @@ struct RegisterWrite {
 
 class RegisterPanel : public SensorPanel {
  public:
-  // How many boxes and which lamps there are.
+  // Which boxes and lamps there are.
   struct Boxes {
-    int written;
-    int read;
+    std::vector<int> written;
+    std::vector<int> read;
     std::vector<int> lamps;
   };
   // The writes are those of registers 0, 1, ... and outlive the panel.

@@ -15,7 +15,7 @@ constexpr const char* halted_text = "Data Collection Halted";
 void SensorPanel::cmdSample_Click() {
   if (!sampling_allowed()) return;
   start_sampling();
-  hold_session();
+  if (model.sampling_holds_session) hold_session();
   while (store.AbortRequested != true_flag && loaded()) timed_pass();
   if (store.TriggerDone != 0) Record_Triggered_Light_Count();
   end_sampling();
@@ -80,6 +80,7 @@ void SensorPanel::cmdCollectData_Click() {
     // from here on. No second loop runs on top of it, so restarts don't grow the stack.
     start_collection(interval_ms);
     begun_anew_ = true;
+    collection_connected();
     return;
   }
   collect(interval_ms);
@@ -88,8 +89,7 @@ void SensorPanel::cmdCollectData_Click() {
 
 void SensorPanel::start_collection(std::int32_t interval_ms) {
   // First, as a text that is no scale fails here: the buttons then are as they were.
-  store.Scale_Max = scale_of_text();
-  store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
+  take_scale();
   interval_ms_ = interval_ms;
   ++store.Collections;
   Label18.Caption = collecting_text;
@@ -113,6 +113,11 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   due_ = last_mark_ + interval_ms_;
 }
 
+void SensorPanel::take_scale() {
+  store.Scale_Max = scale_of_text();
+  store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
+}
+
 void SensorPanel::collect(std::int32_t interval_ms) {
   struct OnStack {
     explicit OnStack(SensorPanel& owner) : panel(owner) {
@@ -127,6 +132,7 @@ void SensorPanel::collect(std::int32_t interval_ms) {
   } const on_stack(*this);
   start_collection(interval_ms);
   hold_session();
+  collection_connected();
   while (store.Sample_Run == true_flag && loaded()) collection_pass();
 }
 
@@ -140,9 +146,9 @@ void SensorPanel::collection_pass() {
   }
   if (!begun_anew_) run_collection_work();
   const bool going_on = !begun_anew_ && store.Sample_Run != 0;
-  if (going_on) Trig_KVT7134X();
+  if (going_on) start_next_conversion();
   if (begun_anew_) return;  // what was read is of the collection before
-  if (going_on) {
+  if (going_on || model.counts_stopped_pass) {
     const std::int64_t now = timeGetTime();
     due_ = now + interval_ms_;
     txtTime1.Text = std::to_string(now - last_mark_);

@@ -83,16 +83,29 @@ class SensorPanel : public BusPanel {
   virtual bool collection_allowed() { return true; }
   // Sets the panel up; also when the collection is begun anew.
   virtual void collection_starts() {}
+  // The vertical scale as a collection begins. Raises overflow for a text that is no scale.
+  virtual void take_scale();
+  // The session is open, the first pass not begun; also when the collection is begun anew.
+  virtual void collection_connected() {}
   virtual void collection_ended() {}
   // A pass begins, before its wait.
   virtual void begin_pass() {}
   virtual Measurement measure() = 0;
   virtual void run_collection_work() {}
+  // Starts the conversion that the next pass reads.
+  virtual void start_next_conversion() { Trig_KVT7134X(); }
   // The pixel row of the latest measurement, within the plot.
   virtual std::int32_t measurement_row() const;
   virtual void show_measurement();
   // A pass is over: history, auto-range, scale follower.
   virtual void end_pass() {}
+
+  // --- the automatic re-scale ---
+
+  // Whether there are samples enough to go by, and the last one is of use.
+  virtual bool auto_scale_possible() const;
+  // Puts the new scale into txtScale.
+  virtual void choose_auto_scale();
 
   // --- both ---
 

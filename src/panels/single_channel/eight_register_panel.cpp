@@ -28,9 +28,10 @@ std::string trips_tip(const char* cycles) {
 }  // namespace
 
 EightRegisterPanel::EightRegisterPanel(Program& owner, const EightRegisterModel& panel_model)
-    : RegisterPanel(
-          owner, panel_model.panel, panel_model.writes,
-          {.written = written_registers, .read = 8, .lamps = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}}),
+    : RegisterPanel(owner, panel_model.panel, panel_model.writes,
+                    {.written = {0, 1, 2, 3},
+                     .read = {0, 1, 2, 3, 4, 5, 6, 7},
+                     .lamps = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}}),
       model_(panel_model),
       register_work_{{&Store::PendingClearInt,
                       [this] {
