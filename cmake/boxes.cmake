@@ -14,10 +14,11 @@ target_compile_options(varzelin_warnings INTERFACE
 # GCC 12 sees overlapping copies in std::string's own operator+ when it optimizes (its bug 105651).
 target_compile_options(varzelin_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-# varzelin_box(<path below src> [FOLDERS <inner folders>...] [USES <box targets>...]): a library from all
-# sources in the folder and in those inner folders. The target's name is the path with '_' for '/'.
+# varzelin_box(<path below src> [FOLDERS <inner folders>...] [USES <box targets>...] [BUILT_ON <box targets>...]): a
+# library from all sources in the folder and in those inner folders. The target's name is the path with '_' for '/'.
+# USES are handed on to those that use the box; BUILT_ON are its own affair, and no header of it may include them.
 function(varzelin_box path)
-  cmake_parse_arguments(BOX "" "" "FOLDERS;USES" ${ARGN})
+  cmake_parse_arguments(BOX "" "" "FOLDERS;USES;BUILT_ON" ${ARGN})
   string(REPLACE "/" "_" target ${path})
   set(folder ${PROJECT_SOURCE_DIR}/src/${path})
   set(folders ${folder})
@@ -34,7 +35,7 @@ function(varzelin_box path)
   if(sources)
     add_library(${target} STATIC ${sources} ${headers})
     target_include_directories(${target} PUBLIC ${include_root})
-    target_link_libraries(${target} PUBLIC ${BOX_USES} PRIVATE varzelin_warnings)
+    target_link_libraries(${target} PUBLIC ${BOX_USES} PRIVATE ${BOX_BUILT_ON} varzelin_warnings)
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE ${include_root})

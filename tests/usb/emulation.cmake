@@ -2,8 +2,8 @@
 # umockdev is (UMOCKDEV_FOUND).
 include_guard(GLOBAL)
 find_package(PkgConfig REQUIRED)
-pkg_check_modules(UMOCKDEV IMPORTED_TARGET umockdev-1.0)
-pkg_check_modules(LIBUSB REQUIRED IMPORTED_TARGET libusb-1.0)
+pkg_check_modules(UMOCKDEV IMPORTED_TARGET GLOBAL umockdev-1.0)
+pkg_check_modules(LIBUSB REQUIRED IMPORTED_TARGET GLOBAL libusb-1.0)
 set(here ${CMAKE_CURRENT_LIST_DIR})
 
 # The evaluation board as a USB device, for every rig that emulates one.
