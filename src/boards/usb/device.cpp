@@ -33,7 +33,8 @@ ConfigurationInfo convert(const libusb_config_descriptor& configuration) {
   for (const auto& interface : std::span(configuration.interface, configuration.bNumInterfaces)) {
     const std::span settings(interface.altsetting, static_cast<std::size_t>(interface.num_altsetting));
     if (settings.empty()) continue;
-    InterfaceInfo& info = result.interfaces.emplace_back(InterfaceInfo{settings.front().bInterfaceNumber, {}});
+    InterfaceInfo& info =
+        result.interfaces.emplace_back(InterfaceInfo{settings.front().bInterfaceNumber, {}});
     for (const auto& setting : settings) info.alternates.push_back(convert(setting));
   }
   return result;
