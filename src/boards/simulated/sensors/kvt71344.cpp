@@ -11,22 +11,13 @@ namespace map = registers::kvt71344;
 constexpr std::array measurements{Measurement::diode1, Measurement::diode2, Measurement::difference,
                                   Measurement::none};
 
-std::vector<RegisterFile::Cell> power_on(const Kvt71344::Model& model) {
-  std::vector<RegisterFile::Cell> cells;
-  for (const registers::Register& one : model.registers) {
-    const bool writable = one.access == registers::Access::read_write;
-    cells.push_back({one.power_on, writable ? std::uint8_t{0xFF} : std::uint8_t{0}});
-  }
-  // The one bit that only the sensor changes in a register that the host writes.
-  RegisterFile::Cell& control = cells[map::interrupt_flag.register_number];
-  control.writable = map::interrupt_flag.in(control.writable, 0);
-  return cells;
-}
-
 }  // namespace
 
 Kvt71344::Kvt71344(const Model& model, const Surroundings& surroundings)
-    : RegisterFile(power_on(model)), model_(model), surroundings_(surroundings), setting_(setting()) {
+    : RegisterFile(model.registers, map::interrupt_flag),
+      model_(model),
+      surroundings_(surroundings),
+      setting_(setting()) {
   start_converting();
 }
 
@@ -44,7 +35,7 @@ bool Kvt71344::interrupts() {
   return value_of(map::interrupt_flag) != 0;
 }
 
-void Kvt71344::registers_written() {
+void Kvt71344::register_written(std::uint8_t) {
   if (const Setting now = setting(); now != setting_) {
     setting_ = now;
     start_converting();
@@ -54,7 +45,7 @@ void Kvt71344::registers_written() {
 void Kvt71344::command(std::uint8_t byte) {
   if (byte == map::end_of_conversion.byte) end_external_integration();
   if (byte == map::clear_interrupt.byte) {
-    set_interrupt_flag(false);
+    set(map::interrupt_flag, 0);
     limits_.restart();
   }
 }
@@ -105,13 +96,8 @@ void Kvt71344::conversion_ended(std::uint16_t highest_count) {
   const int persistence = persistences[static_cast<std::size_t>(value_of(map::trips))];
   if (limits_.trips(result >> 8, cell(map::low_limit_register), cell(map::high_limit_register),
                     persistence)) {
-    set_interrupt_flag(true);
+    set(map::interrupt_flag, 1);
   }
-}
-
-void Kvt71344::set_interrupt_flag(bool on) {
-  std::uint8_t& byte = cell(map::interrupt_flag.register_number);
-  byte = map::interrupt_flag.in(byte, on ? 1 : 0);
 }
 
 }  // namespace boards

@@ -32,10 +32,9 @@ class Kvt71344 final : public RegisterFile {
   bool interrupts() override;
 
  private:
-  void registers_written() override;
+  void register_written(std::uint8_t address) override;
   void command(std::uint8_t byte) override;
 
-  int value_of(const registers::Field& field) { return field.of(cell(field.register_number)); }
   std::uint16_t full_scale(int resolution) const;
   // What the conversions depend on; another setting starts them anew.
   using Setting = std::array<int, 2>;
@@ -44,7 +43,6 @@ class Kvt71344 final : public RegisterFile {
   void end_external_integration();
   // Takes over the result of a conversion in the present setting that ends now.
   void conversion_ended(std::uint16_t highest_count);
-  void set_interrupt_flag(bool on);
 
   Model model_;
   Surroundings surroundings_;

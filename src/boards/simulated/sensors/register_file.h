@@ -2,9 +2,11 @@
 // derives from it.
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "boards/simulated/sensors/sensor.h"
+#include "registers/register_map.h"
 
 namespace boards {
 
@@ -17,6 +19,8 @@ class RegisterFile : public Sensor {
 
   // Register 0 first.
   explicit RegisterFile(std::vector<Cell> power_on) : cells_(std::move(power_on)) {}
+  // As the map has them. `flag` is what only the sensor changes in a register that the host writes.
+  RegisterFile(std::span<const registers::Register> map, const registers::Field& flag);
 
   // The first byte is the register pointer, which steps on at every data byte. Data beyond the last
   // register is acknowledged and lost. A single byte beyond it is a command, and always acknowledged.
@@ -29,12 +33,18 @@ class RegisterFile : public Sensor {
 
  protected:
   std::uint8_t& cell(std::uint8_t address) { return cells_[address].value; }
+  std::uint8_t cell(std::uint8_t address) const { return cells_[address].value; }
+  int value_of(const registers::Field& field) const { return field.of(cell(field.register_number)); }
+  void set(const registers::Field& field, int value);
   // A pair of registers, low byte first.
+  std::uint16_t pair(std::uint8_t address) const;
   void set_pair(std::uint8_t address, std::uint16_t value);
 
  private:
-  // The bus or the bench has written registers.
-  virtual void registers_written() {}
+  // The bus or the bench has written this register.
+  virtual void register_written(std::uint8_t) {}
+  // The bus reads this register: what it gets.
+  virtual std::uint8_t read_register(std::uint8_t address) { return cell(address); }
   virtual void command(std::uint8_t) {}
 
   std::vector<Cell> cells_;
