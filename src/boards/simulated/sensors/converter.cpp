@@ -32,6 +32,11 @@ std::uint64_t Converter::take_ended(Time now) {
   return 1;
 }
 
+std::optional<Converter::Time> Converter::cut_off(Time now) {
+  if (!began_ || timing_ != Timing::own_once) return std::nullopt;
+  return now - *std::exchange(began_, std::nullopt);
+}
+
 std::optional<Converter::Time> Converter::command(Time now) {
   if (timing_ != Timing::external) return std::nullopt;
   const auto began = std::exchange(began_, now);

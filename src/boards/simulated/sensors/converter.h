@@ -32,6 +32,9 @@ class Converter {
 
   // How many conversions have ended by themselves since the last call.
   std::uint64_t take_ended(Time now);
+  // Ends a single conversion before its time is over. How long it took; no value when there is none under
+  // way.
+  std::optional<Time> cut_off(Time now);
   // The host's command under external timing: it ends an integration and starts the next. How long the
   // ended one took; no value when there was none, or when the host doesn't time the conversions.
   std::optional<Time> command(Time now);

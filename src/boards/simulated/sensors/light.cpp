@@ -30,4 +30,8 @@ std::uint16_t light_count(const Scene& scene, Measurement measurement, const Lig
   return static_cast<std::uint16_t>(std::clamp(std::floor(ideal + noise + 0.5), 0.0, full));
 }
 
+double part_of_scale(double amount, double full) {
+  return std::min(std::max(0.0, amount) / full, 1.0);
+}
+
 }  // namespace boards

@@ -21,4 +21,7 @@ struct LightRange {
 std::uint16_t light_count(const Scene& scene, Measurement measurement, const LightRange& range,
                           std::uint16_t full_scale, double noise);
 
+// How much of a scale that `full` fills is taken by `amount`: 0 to 1.
+double part_of_scale(double amount, double full);
+
 }  // namespace boards

@@ -87,6 +87,27 @@ TEST(SimulatedConverter, ACommandDoesNothingToAConversionWithItsOwnTime) {
   EXPECT_EQ(converter.take_ended(100ms), 1u);
 }
 
+TEST(SimulatedConverter, ASingleConversionCanBeCutOff) {
+  Converter converter;
+  EXPECT_EQ(converter.cut_off(5ms), never);
+  converter.convert_once(10ms, 100ms);
+  EXPECT_EQ(converter.cut_off(70ms), 60ms);
+  EXPECT_FALSE(converter.integrating());
+  EXPECT_EQ(converter.take_ended(1h), 0u);
+  EXPECT_EQ(converter.cut_off(1h), never);
+}
+
+TEST(SimulatedConverter, NoOtherConversionCanBeCutOff) {
+  Converter converter;
+  converter.convert_continuously(0ms, 100ms);
+  EXPECT_EQ(converter.cut_off(60ms), never);
+  EXPECT_EQ(converter.take_ended(100ms), 1u);
+  converter.convert_on_command();
+  converter.command(200ms);
+  EXPECT_EQ(converter.cut_off(250ms), never);
+  EXPECT_EQ(converter.command(300ms), 100ms);
+}
+
 TEST(SimulatedConverter, StartingAnewDropsWhatIsUnderWay) {
   Converter converter;
   converter.convert_once(0ms, 100ms);
@@ -172,6 +193,16 @@ TEST(SimulatedLight, NoiseComesOnTopAndStaysInTheScale) {
   EXPECT_EQ(visible(2000, 4095, 10), 4095);
   EXPECT_EQ(visible(2000, 4095, -10), 4085);
   EXPECT_EQ(count({.light_lux = 0, .ir_counts = 1e9}, Measurement::diode2, 4095, -10), 4085);
+}
+
+TEST(SimulatedLight, APartOfAScaleIsNoMoreThanTheWhole) {
+  EXPECT_EQ(part_of_scale(0, 1000), 0);
+  EXPECT_EQ(part_of_scale(250, 1000), 0.25);
+  EXPECT_EQ(part_of_scale(1000, 1000), 1);
+  EXPECT_EQ(part_of_scale(1001, 1000), 1);
+  EXPECT_EQ(part_of_scale(std::numeric_limits<double>::infinity(), 1000), 1);
+  EXPECT_EQ(part_of_scale(-5, 1000), 0);
+  EXPECT_EQ(part_of_scale(std::numeric_limits<double>::quiet_NaN(), 1000), 0);
 }
 
 // ---- Interrupt limits
