@@ -76,9 +76,9 @@ TEST_F(ScriptExecution, ReplyOfAReadIsAskedForByTheRow) {
 }
 
 TEST_F(ScriptExecution, WritesBeforeItReads) {
-  run("03,5A,5A");
-  EXPECT_EQ(i2c(false), (ByteLists{{2, 0x88, 0x03, 0x5A}, {1, 0x89, 0x03}}));
-  EXPECT_EQ(board.register_value(3), 0x5A);
+  run("05,5A,5A");
+  EXPECT_EQ(i2c(false), (ByteLists{{2, 0x88, 0x05, 0x5A}, {1, 0x89, 0x05}}));
+  EXPECT_EQ(board.register_value(5), 0x5A);
   EXPECT_EQ(panel->txtRdPass.Text, "1");
 }
 
@@ -573,7 +573,7 @@ TEST_F(ScriptExecution, FailedTransferIsLoggedAndTheRowFails) {
 struct Pulled {
   ScriptProgram bench;
   frmScriptOps& panel;
-  explicit Pulled(std::size_t after) : panel(bench.open("00,55,\n00,,55\n`w5\n01,22,22\n0102,33,")) {
+  explicit Pulled(std::size_t after) : panel(bench.open("04,55,\n04,,55\n`w5\n05,22,22\n0506,33,")) {
     bench.board.unplug_after(after);
   }
   void expect_usable() {

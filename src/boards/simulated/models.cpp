@@ -4,6 +4,7 @@
 
 #include "boards/simulated/sensors/kvt71344.h"
 #include "boards/simulated/sensors/kvt71346.h"
+#include "boards/simulated/sensors/kvt71385.h"
 #include "boards/simulated/sensors/register_file.h"
 
 namespace boards {
@@ -20,6 +21,10 @@ std::unique_ptr<Sensor> kvt71344(const Surroundings& surroundings) {
   return std::make_unique<Kvt71344>(Which, surroundings);
 }
 
+std::unique_ptr<Sensor> kvt71385(const Surroundings& surroundings) {
+  return std::make_unique<Kvt71385>(surroundings);
+}
+
 // Registers with these values at power-on, register 0 first.
 template <std::uint8_t... PowerOn>
 std::unique_ptr<Sensor> registers(const Surroundings&) {
@@ -27,8 +32,6 @@ std::unique_ptr<Sensor> registers(const Surroundings&) {
 }
 
 constexpr Factory two_mode = registers<0, 0, 0, 0, 0, 0>;
-// The high interrupt limit in r6 and r7 starts at full scale.
-constexpr Factory multi_function = registers<0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0>;
 
 struct Model {
   std::string_view name;
@@ -38,15 +41,15 @@ struct Model {
 constexpr std::array models{
     Model{"KVT71346/7", kvt71346},
     Model{"KVT71344/5", kvt71344<Kvt71344::kvt71344>},
-    Model{"KVT71388", multi_function},
+    Model{"KVT71388", kvt71385},
     Model{"KVT71356", kvt71344<Kvt71344::kvt71356>},
     Model{"KVT71374", two_mode},
-    Model{"KVT71385", multi_function},
+    Model{"KVT71385", kvt71385},
     // Command, data pair.
     Model{"KVT71338", registers<0, 0, 0>},
-    Model{"KVT71390", multi_function},
+    Model{"KVT71390", kvt71385},
     Model{"KVT71376", two_mode},
-    Model{"KVT71392", multi_function},
+    Model{"KVT71392", kvt71385},
 };
 
 }  // namespace

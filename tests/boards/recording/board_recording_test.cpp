@@ -70,9 +70,9 @@ void journey(Host& host, const std::function<void()>& unplug, const std::functio
   host.driver.model_chosen("KVT71385");
   host.open();
   host.info();
-  host.send({2, 0x88, 1, 0xA5, 0x5A});
+  host.send({2, 0x88, 4, 0xA5, 0x5A});
   host.receive(3);  // a short reply
-  host.send({2, 0x89, 1});
+  host.send({2, 0x89, 4});
   host.receive(3);
   host.receive(3);  // a time-out
   host.note("pipe", host.driver.WDU_ResetPipe(host.device, pipe_i2c_in));
@@ -118,7 +118,7 @@ TEST(BoardRecording, IsReadable) {
   const auto has = [&](const std::string& line) { return text.find(line) != std::string::npos; };
   EXPECT_TRUE(has(" model KVT71385\n")) << text;
   EXPECT_TRUE(has(" WDU_VB_Init 7A53 2005 -> 0 0.000 1\n")) << text;
-  EXPECT_TRUE(has(" write 02 88 01 A5 5A -> 0 0.460 5\n")) << text;
+  EXPECT_TRUE(has(" write 02 88 04 A5 5A -> 0 0.460 5\n")) << text;
   EXPECT_TRUE(has(" 82 read 3 -> 0 0.100 04\n")) << text;
   EXPECT_TRUE(has(" 82 read 3 -> 0 0.280 02 A5 5A\n")) << text;
   EXPECT_TRUE(has("\ntext 536870916 The transfer timed out\n")) << text;
@@ -141,7 +141,7 @@ TEST(BoardRecording, ReplaysTheSameToTheSameProgram) {
 }
 
 TEST(BoardRecording, TellsTheFirstDifferenceAndFailsFromThenOn) {
-  const std::string text = with(record().text, "write 02 88 01 A5 5A", "write 02 88 01 A5 5B");
+  const std::string text = with(record().text, "write 02 88 04 A5 5A", "write 02 88 04 A5 5B");
   forms::VirtualClock clock;
   std::istringstream in(text);
   ReplayingBoard replay(in, clock);
