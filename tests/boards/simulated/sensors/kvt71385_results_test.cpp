@@ -1,7 +1,7 @@
 // KVT71385 and its family: what the conversions bring, against the scene and as the panels show it.
 #include <algorithm>
 
-#include "simulated_kvt71385_fixture.h"
+#include "support/simulated_kvt71385_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;

@@ -1,5 +1,5 @@
 // KVT71385 and its family: interrupt limits, persistence, flag and pin.
-#include "simulated_kvt71385_fixture.h"
+#include "support/simulated_kvt71385_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "registers/kvt71385.h"
-#include "simulated_board_fixture.h"
+#include "support/simulated_board_fixture.h"
 
 // Transfers take no time here, so that the clock moves by the test alone.
 class Kvt71385Test : public ConnectedBoardTest {
