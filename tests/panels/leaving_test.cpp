@@ -102,6 +102,13 @@ TEST_P(PanelLeaving, ExitInARealTimeRun) {
 }
 
 TEST_P(PanelLeaving, ExitInATimedRun) {
+  if (!panel.model.sampling_holds_session) {
+    // Between two transfers the session is closed, and the workbench ends the program.
+    const bool ended = in_loop(panel.cmdSample, clicking(panel.Command4));
+    EXPECT_TRUE(ended || !is_loaded(GetParam()));
+    EXPECT_TRUE(user.errors.empty());
+    return;
+  }
   EXPECT_FALSE(in_loop(panel.cmdSample, [&] { exit(); }));
   expect_left(usb_open_after_sampling());
   expect_others_unloaded();

@@ -73,8 +73,8 @@ TEST_P(PanelSampling, ShowsAndHidesItsButtons) {
     EXPECT_TRUE(panel.shpSample.Visible);
     EXPECT_FALSE(panel.cmdCollectData.Enabled);
     EXPECT_TRUE(panel.cmdEndSampling.Visible);
-    EXPECT_EQ(store.Man_Usb_Conn, -1);
-    EXPECT_EQ(store.Usb_Open, -1);
+    EXPECT_EQ(store.Man_Usb_Conn, flag(panel.model.sampling_holds_session));
+    EXPECT_TRUE(store.Usb_Open == -1 || !panel.model.sampling_holds_session);
     EXPECT_FALSE(panel.Tmr_Integration.Enabled);
     forms::user::click(panel.cmdEndSampling);
     EXPECT_FALSE(panel.shpSample.Visible);
@@ -89,9 +89,14 @@ TEST_P(PanelSampling, ShowsAndHidesItsButtons) {
   EXPECT_TRUE(user.errors.empty());
 }
 
-TEST_P(PanelSampling, OpensTheSessionOnceAndLeavesItAsThePanelSays) {
+TEST_P(PanelSampling, OpensTheSessionAndLeavesItAsThePanelSays) {
   const std::size_t logged = log().size();
   sample(5);
+  if (!panel.model.sampling_holds_session) {
+    EXPECT_GE(calls("WDU_VB_Init"), 5u);
+    EXPECT_EQ(store.Usb_Open, usb_open_after_sampling());
+    return;
+  }
   EXPECT_EQ(calls("WDU_VB_Init"), 1u);
   const bool closes = panel.model.sampling_session_end == SessionEnd::disconnect;
   EXPECT_EQ(calls("WDU_VB_Uninit"), closes ? 1 : 0);
@@ -107,7 +112,7 @@ TEST_P(PanelSampling, StartsFromACleanStore) {
   store.Sample_Count = 77;
   store.AbortRequested = -1;
   store.PendingUpdate = -1;
-  at_yield([&] { return store.Man_Usb_Conn == -1 && store.Sample_Count == 1; },
+  at_yield([&] { return !panel.cmdSample.Visible && store.Sample_Count == 1; },
            [&] {
              EXPECT_EQ(store.Sample_Value[0], 1);
              EXPECT_EQ(store.Sample_Value[1010], 1);
@@ -188,6 +193,7 @@ TEST_P(PanelSampling, TheHeartbeatGoesBetweenBlackAndLightGreen) {
 }
 
 TEST_P(PanelSampling, TheCountStaysAt1010AndTheLastSlotIsOverwritten) {
+  if (!panel.model.sampling_holds_session) user.yields_left *= 20;  // each transfer opens the session
   int count = 1;
   std::vector<std::int32_t> last_slot;
   recorder.before_call = [&] { queue_count(++count); };
