@@ -31,15 +31,15 @@ TEST_F(UsbTransfer, DeviceInformationIsTheDevicesOwn) {
 }
 
 TEST_F(UsbTransfer, CountedWriteAndReadOfRegisters) {
-  EXPECT_EQ(i2c({2, 0x88, 1, 0xA5, 0x5A}), success);
+  EXPECT_EQ(i2c({2, 0x88, 4, 0xA5, 0x5A}), success);
   Received reply = i2c_reply(3);
   EXPECT_EQ(reply.status, success);
   EXPECT_EQ(reply.transferred, 1u);
   EXPECT_EQ(reply.buffer, (Bytes{4, 0xEE, 0xEE}));
-  EXPECT_EQ(sensor_register(1), 0xA5);
-  EXPECT_EQ(sensor_register(2), 0x5A);
+  EXPECT_EQ(sensor_register(4), 0xA5);
+  EXPECT_EQ(sensor_register(5), 0x5A);
 
-  EXPECT_EQ(i2c({2, 0x89, 1}), success);
+  EXPECT_EQ(i2c({2, 0x89, 4}), success);
   reply = i2c_reply(3);
   EXPECT_EQ(reply.transferred, 3u);
   EXPECT_EQ(reply.buffer, (Bytes{2, 0xA5, 0x5A}));

@@ -152,8 +152,8 @@ TEST(BoardRecording, TellsTheFirstDifferenceAndFailsFromThenOn) {
   ASSERT_TRUE(replay.difference());
   const auto begin = text.substr(0, text.find("A5 5B"));
   EXPECT_EQ(replay.difference()->line, 1u + static_cast<unsigned>(std::ranges::count(begin, '\n')));
-  EXPECT_NE(replay.difference()->expected.find("02 88 01 A5 5B"), std::string::npos);
-  EXPECT_NE(replay.difference()->got.find("02 88 01 A5 5A"), std::string::npos);
+  EXPECT_NE(replay.difference()->expected.find("02 88 04 A5 5B"), std::string::npos);
+  EXPECT_NE(replay.difference()->got.find("02 88 04 A5 5A"), std::string::npos);
   EXPECT_EQ(advices, std::vector{replay.VB_Stat2Str(replay_differs)});
   EXPECT_EQ(replay.WDU_VB_Uninit(host.session), replay_differs);
   EXPECT_EQ(replay.WDU_ResetDevice(host.device), replay_differs);

@@ -3,11 +3,18 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace boards {
 
 // How many conversions in a row have to be outside the limits, by the value of the persistence field.
 inline constexpr std::array persistences{1, 4, 8, 16};
+
+// How many of the conversions that have ended of one scene have to be worked out: more in a row than any
+// persistence asks for change nothing any more.
+constexpr int telling(std::uint64_t ended) {
+  return static_cast<int>(std::min<std::uint64_t>(ended, persistences.back()));
+}
 
 class InterruptLimits {
  public:

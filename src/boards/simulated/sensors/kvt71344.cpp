@@ -22,10 +22,7 @@ Kvt71344::Kvt71344(const Model& model, const Surroundings& surroundings)
 }
 
 void Kvt71344::catch_up() {
-  const std::uint64_t ended = converter_.take_ended(surroundings_.clock.now());
-  // More in a row than any persistence asks for change nothing any more.
-  const auto most = static_cast<std::uint64_t>(persistences.back());
-  for (std::uint64_t i = 0; i < std::min(ended, most); ++i) {
+  for (int left = telling(converter_.take_ended(surroundings_.clock.now())); left > 0; --left) {
     conversion_ended(full_scale(value_of(map::resolution)));
   }
 }

@@ -40,10 +40,9 @@ Kvt71385::Kvt71385(const Surroundings& surroundings)
       setting_(setting()) {}
 
 void Kvt71385::catch_up() {
-  const std::uint64_t ended = converter_.take_ended(surroundings_.clock.now());
-  // More in a row than any persistence asks for change nothing any more.
-  const auto most = static_cast<std::uint64_t>(persistences.back());
-  for (std::uint64_t i = 0; i < std::min(ended, most); ++i) conversion_ended(conversion_time());
+  for (int left = telling(converter_.take_ended(surroundings_.clock.now())); left > 0; --left) {
+    conversion_ended(conversion_time());
+  }
 }
 
 bool Kvt71385::interrupts() {
@@ -64,7 +63,7 @@ std::uint8_t Kvt71385::read_register(std::uint8_t address) {
     conversion_ended(conversion_time());
   }
   const std::uint8_t value = cell(address);
-  if (map::interrupt_flag.register_number == address && value_of(map::interrupt_flag) != 0) {
+  if (address == map::interrupt_flag.register_number && value_of(map::interrupt_flag) != 0) {
     set(map::interrupt_flag, 0);
     limits_.restart();
   }

@@ -140,6 +140,24 @@ TEST_F(SimulatedKvt71385, AnotherSettingDropsTheConversionUnderWayAndBeginsAnew)
   EXPECT_EQ(held(), 1600);
 }
 
+TEST_F(SimulatedKvt71385, TimingAndTimeBaseAreASettingToo) {
+  operate(als);
+  clock.pass(90ms);
+  operate(als | external);
+  clock.pass(1h);
+  EXPECT_EQ(result(), 0);
+  command(sync);
+  clock.pass(90ms);
+  operate(als);
+  clock.pass(times[0] - 1ns);
+  EXPECT_EQ(result(), 0);
+  operate(als | time_base);
+  clock.pass(times[0] - 1ns);
+  EXPECT_EQ(result(), 0);
+  clock.pass(1ns);
+  EXPECT_EQ(result(), 65535);
+}
+
 TEST_F(SimulatedKvt71385, ModeAndConfigurationCanComeInOnePacket) {
   write({0, als_once, configuration(1)});
   clock.pass(6400us - 1ns);
@@ -193,6 +211,12 @@ TEST_F(SimulatedKvt71385, AHostThatWaitsAsThePanelsDoFindsTheResult) {
       }
     }
   }
+}
+
+TEST_F(SimulatedKvt71385, TheNextRequestIsAlmostAsLongAsEightBits) {
+  board.set_timing(true);
+  const double milliseconds = time_of([&] { i2c({2, 0x89, 2}); });
+  EXPECT_NEAR(milliseconds, 0.37, 1e-6);
 }
 
 TEST_F(SimulatedKvt71385, OnlyASingleConversionOfEightBitsAndLessHurriesAndOnlyForItsResult) {
@@ -291,6 +315,7 @@ TEST_F(SimulatedKvt71385, ASyncDoesNothingWithoutAnIntegrationToTime) {
   EXPECT_EQ(result(), 0);
   clock.pass(times[0] - 50ms);
   EXPECT_EQ(result(), 32769);
+  board.scene().light_lux = 250;
   operate(als | external);
   command(0x81);
   command(0x40);

@@ -226,6 +226,14 @@ TEST(SimulatedInterruptLimits, AsManyInARowAsThePersistenceAsksFor) {
   }
 }
 
+TEST(SimulatedInterruptLimits, NoMoreConversionsTellThanTheHighestPersistence) {
+  EXPECT_EQ(telling(0), 0);
+  EXPECT_EQ(telling(15), 15);
+  EXPECT_EQ(telling(16), 16);
+  EXPECT_EQ(telling(17), 16);
+  EXPECT_EQ(telling(1'440'000'000'000), 16);
+}
+
 TEST(SimulatedInterruptLimits, OneInsideBeginsTheRowAnew) {
   InterruptLimits limits;
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(limits.trips(21, 10, 20, 4));
