@@ -7,7 +7,7 @@ namespace varzelin::benchmarks {
 namespace {
 
 struct Core {
-  Core() { subject.choose_panel(); }
+  explicit Core(const Subject& panel = kvt71346) { subject.choose_panel(panel); }
   NoFrontEnd front_end;
   ProgramUnderTest subject{front_end};
 };
@@ -24,11 +24,19 @@ void ConnectAndDisconnect(benchmark::State& state) {
 }
 BENCHMARK(ConnectAndDisconnect)->Unit(benchmark::kMillisecond);
 
-void RealTimePasses(benchmark::State& state) {
-  Core core;
+void RealTimePasses(benchmark::State& state, const Subject& panel) {
+  Core core(panel);
   real_time_passes(state, core.subject);
 }
-BENCHMARK(RealTimePasses)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RealTimePasses, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RealTimePasses, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+
+void LoadPanel(benchmark::State& state, const Subject& panel) {
+  Core core(panel);
+  load_panel(state, core.subject);
+}
+BENCHMARK_CAPTURE(LoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
 
 // The full width, every column different from its neighbours by a few rows.
 void ScrollTrace(benchmark::State& state) {

@@ -1,13 +1,18 @@
-// The KVT71346/7 panel on the simulated board without bus time, and the jobs that are measured on it
-// with any front end.
+// A sensor panel on the simulated board without bus time, and the jobs that are measured on it with any
+// front end.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 #include "boards/simulated/simulated_board.h"
 #include "bridge/program.h"
+#include "forms/controls.h"
 #include "forms/user.h"
-#include "panels/single_channel/kvt71346.h"
+#include "panels/common/sensor_panel.h"
 #include "shell/application.h"
 #include "shell/start_panel.h"
 #include "waveform/trace.h"
@@ -17,6 +22,23 @@ namespace varzelin::benchmarks {
 
 // Passes of one measured collection: the trace fills and then scrolls over the full width.
 inline constexpr int passes = 1000;
+
+// A panel, and what a user does so that it measures.
+struct Subject {
+  const char* form;
+  void (*prepare)(SensorPanel& panel);
+};
+
+inline void click(SensorPanel& panel, const char* control, int index) {
+  forms::user::click(*panel.find(control, index));
+}
+
+inline constexpr Subject kvt71346{"frmKVT71346", [](SensorPanel& panel) {
+                                    forms::user::click_row(
+                                        dynamic_cast<forms::ListControl&>(*panel.find("Lst71346_Mode")), 2);
+                                  }};
+// Under external timing it takes both readings, and its ratio goes on the chart.
+inline constexpr Subject kvt71344{"frmKVT71344", [](SensorPanel& panel) { click(panel, "ChkCommand", 2); }};
 
 struct ProgramUnderTest {
   explicit ProgramUnderTest(forms::FrontEnd& front_end) : program(clock, board, front_end) {
@@ -31,19 +53,23 @@ struct ProgramUnderTest {
     };
   }
 
-  frmKVT71346& panel() { return program.forms.touch<frmKVT71346>(); }
+  SensorPanel& panel() { return dynamic_cast<SensorPanel&>(program.forms.touch(form)); }
   frmI2C_General& workbench() { return program.forms.touch<frmI2C_General>(); }
 
-  void choose_panel() {
+  void choose_panel(const Subject& subject = kvt71346) {
+    form = subject.form;
     start(program);
-    forms::user::click_row(program.forms.touch<frmStartup>().cboDeviceSelect, 0);
-    forms::user::click_row(panel().Lst71346_Mode, 2);
+    const auto row = std::ranges::find(model_list, std::string_view(form), &ModelRow::panel);
+    forms::user::click_row(program.forms.touch<frmStartup>().cboDeviceSelect,
+                           static_cast<int>(row - model_list.begin()));
+    subject.prepare(panel());
   }
 
   // Sleeps move the virtual clock only, so that they cost nothing.
   forms::VirtualClock clock;
   boards::SimulatedBoard board{clock};
   Program program;
+  std::string form = kvt71346.form;
   bool stop = false;  // once `passes` samples are there
 };
 
@@ -82,6 +108,18 @@ inline void real_time_passes(benchmark::State& state, ProgramUnderTest& subject)
   }
   state.counters["per pass"] = benchmark::Counter(static_cast<double>(state.iterations()) * passes,
                                                   benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+// A panel's load by itself: the workbench is there.
+inline void load_panel(benchmark::State& state, ProgramUnderTest& subject) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    subject.program.forms.unload(subject.panel(), 0);
+    subject.program.forms.sweep();
+    subject.workbench().cmdClearLog_Click();
+    state.ResumeTiming();
+    subject.panel().Show();
+  }
 }
 
 }  // namespace varzelin::benchmarks

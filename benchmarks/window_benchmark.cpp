@@ -14,8 +14,8 @@ namespace varzelin::benchmarks {
 namespace {
 
 struct InWindow {
-  InWindow() {
-    subject.choose_panel();
+  explicit InWindow(const Subject& panel = kvt71346) {
+    subject.choose_panel(panel);
     for (int i = 0; i < 100; ++i) QCoreApplication::processEvents();
   }
   window::WindowFrontEnd front_end;
@@ -35,11 +35,19 @@ void WindowConnectAndDisconnect(benchmark::State& state) {
 }
 BENCHMARK(WindowConnectAndDisconnect)->Unit(benchmark::kMillisecond);
 
-void WindowRealTimePasses(benchmark::State& state) {
-  InWindow window;
+void WindowRealTimePasses(benchmark::State& state, const Subject& panel) {
+  InWindow window(panel);
   real_time_passes(state, window.subject);
 }
-BENCHMARK(WindowRealTimePasses)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+
+void WindowLoadPanel(benchmark::State& state, const Subject& panel) {
+  InWindow window(panel);
+  load_panel(state, window.subject);
+}
+BENCHMARK_CAPTURE(WindowLoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowLoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
 
 // The grid with its 1000 rows is on screen while they run.
 void WindowRunScriptOf1000Reads(benchmark::State& state) {
