@@ -33,7 +33,7 @@ BENCHMARK_CAPTURE(RealTimePasses, KVT71344, kvt71344)->Unit(benchmark::kMillisec
 
 void LoadPanel(benchmark::State& state, const Subject& panel) {
   Core core(panel);
-  load_panel(state, core.subject);
+  load_panel(state, core.subject, [] {});
 }
 BENCHMARK_CAPTURE(LoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);

@@ -110,15 +110,18 @@ inline void real_time_passes(benchmark::State& state, ProgramUnderTest& subject)
                                                   benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-// A panel's load by itself: the workbench is there.
-inline void load_panel(benchmark::State& state, ProgramUnderTest& subject) {
+// A panel's load by itself: the workbench is there. `shown` brings it on screen.
+template <class Shown>
+void load_panel(benchmark::State& state, ProgramUnderTest& subject, Shown&& shown) {
   for (auto _ : state) {
     state.PauseTiming();
     subject.program.forms.unload(subject.panel(), 0);
     subject.program.forms.sweep();
     subject.workbench().cmdClearLog_Click();
+    shown();
     state.ResumeTiming();
     subject.panel().Show();
+    shown();
   }
 }
 

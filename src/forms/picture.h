@@ -49,6 +49,13 @@ class PictureBox : public Control {
     if (x > dirty_last_) dirty_last_ = x;
   }
 
+  // A row's colours, to be written as a whole. The row exists.
+  std::span<std::uint32_t> change_row(int y) {
+    dirty_first_ = 0;
+    dirty_last_ = width_ - 1;
+    return std::span(pixels_).subspan(offset(0, y), static_cast<std::size_t>(width_));
+  }
+
   // Rows from the top, each ScaleWidth() colours 0x00BBGGRR.
   std::span<const std::uint32_t> pixels() const { return pixels_; }
 

@@ -39,13 +39,13 @@ void FastDrawing::GetImageData(const forms::PictureBox& picture, ImageData& imag
 }
 
 void FastDrawing::SetImageData(forms::PictureBox& picture, const ImageData& image) {
-  const int columns = picture.ScaleWidth();
   const int rows = picture.ScaleHeight();
   for (int row = 0; row < rows; ++row) {
-    for (int column = 0; column < columns; ++column) {
-      picture.SetPixelV(
-          column, rows - 1 - row,
+    int column = 0;
+    for (std::uint32_t& pixel : picture.change_row(rows - 1 - row)) {
+      pixel = static_cast<std::uint32_t>(
           color_of(image.at(0, column, row), image.at(1, column, row), image.at(2, column, row)));
+      ++column;
     }
   }
   show(picture);
