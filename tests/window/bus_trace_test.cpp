@@ -46,9 +46,7 @@ struct BusTraceInItsWindow : WindowProgram {
   }
   template <class Widget>
   Widget& part(const char* name) {
-    auto* found = windows.bus_trace()->findChild<Widget*>(name);
-    if (!found) throw std::logic_error(std::string("no part ") + name);
-    return *found;
+    return widget_in<Widget>(*windows.bus_trace(), name);
   }
   QAbstractItemModel& rows() { return *part<QTableView>("transfers").model(); }
   QString cell(int row, int column) { return rows().index(row, column).data().toString(); }
