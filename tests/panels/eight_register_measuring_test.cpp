@@ -146,6 +146,21 @@ TEST_F(Kvt71344Measuring, HidesWhatIsOutOfTheWay) {
   EXPECT_TRUE(panel->cmdSample.Enabled);
 }
 
+// The sensor counts light and cycles for as long as the host lets it: their ratio is the light.
+TEST_F(Kvt71344Measuring, TheRatioDoesNotMoveWithTheIntegrationTime) {
+  external_timing();
+  board.scene().light_lux = 300;
+  board.scene().ir_counts = 0;
+  std::int32_t counts = 0;
+  for (const char* interval : {"100", "250", "1000"}) {
+    panel->txtInterval.Text = interval;
+    collect(6);
+    EXPECT_NEAR(store.Reading, 0.3 * 32768, 25) << interval;
+    EXPECT_GT(store.RawReading, counts) << interval;
+    counts = store.RawReading;
+  }
+}
+
 // --- guards ---
 
 TEST_F(Kvt71344Measuring, SamplingIsRefusedInResetAndInPowerDown) {
