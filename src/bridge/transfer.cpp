@@ -41,18 +41,19 @@ void yield_within_transfer(Program& program) {
   store.Xfer_Buf.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
-void fast_transfer(Program& program, bool read) {
+Outcome fast_transfer(Program& program, bool read) {
   Store& store = program.store;
   const std::int32_t collection = store.Collections;
   yield_within_transfer(program);
   // A collection begun in the yield has the transfer variables and the bus to itself: what was to be
   // transferred for the one before is void, and its failure would stop the new one.
-  if (store.Collections != collection) return;
+  if (store.Collections != collection) return Outcome::given_up;
   raw_transfer(program, read);
   const bool good = store.Usb_Status == boards::success;
   if (!good) store.Sample_Run = false_flag;
   colour_attach_lamp(store, forms::QBColor(good ? store.Clr_LtGreen : store.Clr_Red));
   yield_within_transfer(program);
+  return good ? Outcome::good : Outcome::failed;
 }
 
 void size_transfer(Store& store, std::int32_t pipe, std::int32_t size) {
@@ -76,12 +77,12 @@ bool device_is_ready(Program& program, std::string_view routine) {
   return Get_Pipes(program, boards::active_setting(info), pipes);
 }
 
-bool checked_transfer(Program& program, bool read, std::string_view routine) {
+Outcome checked_transfer(Program& program, bool read, std::string_view routine) {
   Store& store = program.store;
-  if (!device_is_ready(program, routine)) return false;
+  if (!device_is_ready(program, routine)) return Outcome::failed;
   const std::int32_t collection = store.Collections;
   if (!read) yield_within_transfer(program);
-  if (store.Collections != collection) return false;
+  if (store.Collections != collection) return Outcome::given_up;
   raw_transfer(program, read);
   const bool good = store.Usb_Status == boards::success;
   if (good) {
@@ -90,7 +91,7 @@ bool checked_transfer(Program& program, bool read, std::string_view routine) {
     Log_Err(program, std::string(routine) + ": WDU_Transfer() failed: error &H" +
                          forms::Hex(store.Usb_Status) + " (" + Stat_Text(program, store.Usb_Status) + ")");
   }
-  return good;
+  return good ? Outcome::good : Outcome::failed;
 }
 
 }  // namespace
@@ -123,26 +124,26 @@ void set_reply(Store& store, std::int32_t pipe, std::int32_t size) {
   size_transfer(store, pipe, size);
 }
 
-void Fast_Write(Program& program) {
-  fast_transfer(program, false);
+Outcome Fast_Write(Program& program) {
+  return fast_transfer(program, false);
 }
-void Fast_Read(Program& program) {
-  fast_transfer(program, true);
+Outcome Fast_Read(Program& program) {
+  return fast_transfer(program, true);
 }
 
-bool WritePipe(Program& program) {
+Outcome WritePipe(Program& program) {
   if (program.store.Usb_Open == 0) {
     Log_Msg(program, "Write GPIOPipe .. USB Not opened");
-    return false;
+    return Outcome::failed;
   }
   return checked_transfer(program, false, "WritePipe");
 }
 
-bool ReadPipe(Program& program) {
+Outcome ReadPipe(Program& program) {
   if (program.store.Usb_Open == 0) {
     Log_Msg(program, "ReadPipe .. USB Not opened");
     program.runtime.DoEvents();
-    return false;
+    return Outcome::failed;
   }
   return checked_transfer(program, true, "ReadPipe");
 }

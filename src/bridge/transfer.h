@@ -37,17 +37,19 @@ void set_reply(Store& store, std::int32_t pipe, std::int32_t size);
 // Usb_Status.
 void raw_transfer(Program& program, bool read);
 
+// What became of a transfer. Given up: a collection began in its yield, which has the bus to itself.
+enum class Outcome { good, failed, given_up };
+
 // Unchecked, for the sensor panels: nothing is tested before, nothing is logged. A failure clears
 // Sample_Run and turns the lamp ShpAttach of Active_Form red; a good transfer turns it light green. A
 // transfer in whose first yield a collection begins is given up.
-void Fast_Write(Program& program);
-void Fast_Read(Program& program);
+Outcome Fast_Write(Program& program);
+Outcome Fast_Read(Program& program);
 
 // Checked, for the workbench, scripts, GPIO and some panels: the session has to be open, the device to
-// give its information and the setting to have pipes; failures go to the log. True: the transfer took
-// place and was good. A write in whose yield a collection begins is given up.
-bool WritePipe(Program& program);
-bool ReadPipe(Program& program);
+// give its information and the setting to have pipes; failures go to the log.
+Outcome WritePipe(Program& program);
+Outcome ReadPipe(Program& program);
 
 // Copies the pipe records of a setting. Without pipes: a log entry, and false.
 bool Get_Pipes(Program& program, const boards::AlternateSetting& setting,

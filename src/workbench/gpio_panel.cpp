@@ -94,7 +94,10 @@ void frmGPIO::cmdGPIO_Write_Click() {
   connect_unseen_by_rule(program);
   store.I2C_WrCnt = 4;
   set_request(store, boards::pipe_gpio_out, {image(data_b), image(data_c), image(enable_b), image(enable_c)});
-  WritePipe(program);
+  if (WritePipe(program) == Outcome::given_up) {
+    disconnect_unseen_by_rule(program);
+    return;
+  }
   set_reply(store, boards::pipe_gpio_in, gpio_reply_size);
   ReadPipe(program);
 

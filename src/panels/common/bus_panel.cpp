@@ -34,43 +34,48 @@ void BusPanel::release_session() {
   disconnect();
 }
 
-void BusPanel::read_registers(int first_register, int reply_size) {
-  send({store.I2C_RdCnt, store.I2C_RdAdr, first_register}, sensor_route());
-  receive(reply_size, sensor_route());
+void BusPanel::exchange(std::initializer_list<int> request, int reply_size, Route route) {
+  leave_if_overtaken();
+  set_request(store, route.out_pipe, request);
+  const Outcome asked = transfer(false, route.transfers);
+  set_reply(store, route.out_pipe + in_pipe_offset, reply_size);
+  // What was asked for is fetched even if nobody wants it any more: the next reply is the next request's.
+  if (asked != Outcome::given_up) transfer(true, route.transfers);
+  leave_if_overtaken();
 }
 
 void BusPanel::send(std::initializer_list<int> bytes, Route route) {
-  if (overtaken()) return;
+  leave_if_overtaken();
   set_request(store, route.out_pipe, bytes);
-  if (route.transfers == Transfers::fast) {
-    Fast_Write(program);
-  } else {
-    checked_transfer(false);
-  }
+  transfer(false, route.transfers);
+  leave_if_overtaken();
 }
 
 void BusPanel::receive(int size, Route route) {
-  if (overtaken()) return;
+  leave_if_overtaken();
   set_reply(store, route.out_pipe + in_pipe_offset, size);
-  if (route.transfers == Transfers::fast) {
-    Fast_Read(program);
-  } else {
-    checked_transfer(true);
-  }
+  transfer(true, route.transfers);
+  leave_if_overtaken();
 }
 
-void BusPanel::checked_transfer(bool read) {
-  const std::int32_t collection = store.Collections;
-  const bool good = read ? ReadPipe(program) : WritePipe(program);
-  if (store.Collections != collection) return;
+Outcome BusPanel::transfer(bool read, Transfers how) {
+  if (how == Transfers::checked) return checked_transfer(read);
+  return read ? Fast_Read(program) : Fast_Write(program);
+}
+
+Outcome BusPanel::checked_transfer(bool read) {
+  const Outcome outcome = read ? ReadPipe(program) : WritePipe(program);
+  if (outcome == Outcome::given_up) return outcome;
+  const bool good = outcome == Outcome::good;
   colour_attach_lamp(store, lamp(good ? store.Clr_LtGreen : store.Clr_Red));
-  if (good) return;
-  store.Sample_Run = false_flag;
-  if (read) store.AbortRequested = true_flag;
+  if (!good) store.Sample_Run = false_flag;
+  if (!good && read) store.AbortRequested = true_flag;
+  return outcome;
 }
 
 std::uint8_t BusPanel::reply(std::size_t index) const {
-  return overtaken() ? std::uint8_t{0} : xfer_byte(store, index);
+  leave_if_overtaken();
+  return xfer_byte(store, index);
 }
 
 bool BusPanel::deferred(PendingFlags pending) {

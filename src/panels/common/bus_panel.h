@@ -44,14 +44,18 @@ class BusPanel : public ProgramForm {
   void command_write(int command, AddressForm form) { send({0, address(form), command}, sensor_route()); }
   // Asks for I2C_RdCnt registers from one on, and fetches a reply of `reply_size` bytes, the status first.
   // The reply may be asked for longer than what was requested.
-  void read_registers(int first_register, int reply_size);
+  void read_registers(int first_register, int reply_size) {
+    exchange({store.I2C_RdCnt, store.I2C_RdAdr, first_register}, reply_size, sensor_route());
+  }
+  // A request and its reply, which is fetched though the request failed. One that is given up has a reply of
+  // zeros.
+  void exchange(std::initializer_list<int> request, int reply_size, Route route);
 
   // One transfer each, bytes as they stand.
   void send(std::initializer_list<int> bytes, Route route);
   void receive(int size, Route route);
 
-  // A byte of the last reply; 0 in a pass whose collection was begun anew. Raises subscript_out_of_range
-  // beyond its end.
+  // A byte of the last reply. Raises subscript_out_of_range beyond its end.
   std::uint8_t reply(std::size_t index) const;
   // A 16-bit value of the reply: low byte at `low_index`, high byte behind it.
   std::int32_t reply_word(std::size_t low_index) const {
@@ -75,18 +79,25 @@ class BusPanel : public ProgramForm {
   const PanelModel& model;
 
  protected:
-  // True in the code of a pass whose collection was begun anew meanwhile: its transfers don't take place
-  // and bring 0, its sleeps are over at once, and its measurement is dropped.
+  // Ends a pass whose collection was begun anew meanwhile, wherever it is. Only the loop catches it, and only
+  // code of the pass is between.
+  struct Overtaken {};
+  void leave_if_overtaken() const {
+    if (overtaken()) throw Overtaken{};
+  }
+  // True in the code of such a pass, not in handlers that run in its yields.
   virtual bool overtaken() const { return false; }
   void Sleep(std::int64_t milliseconds) {
-    if (!overtaken()) ProgramForm::Sleep(milliseconds);
+    leave_if_overtaken();
+    ProgramForm::Sleep(milliseconds);
   }
 
  private:
   int address(AddressForm form) const {
     return form == AddressForm::write ? store.I2C_WrAdr : store.I2C_RdAdr;
   }
-  void checked_transfer(bool read);
+  Outcome transfer(bool read, Transfers how);
+  Outcome checked_transfer(bool read);
 };
 
 }  // namespace varzelin

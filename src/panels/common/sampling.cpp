@@ -1,4 +1,6 @@
 // The two sampling loops of a sensor panel, their stop buttons, and the interval that paces them.
+#include <array>
+
 #include "panels/common/sensor_panel.h"
 #include "waveform/trace.h"
 
@@ -7,6 +9,10 @@ namespace {
 
 constexpr const char* collecting_text = "Data Collection In Process";
 constexpr const char* halted_text = "Data Collection Halted";
+
+constexpr std::array<Flag Store::*, 6> deferred_work_flags{&Store::PendingClearInt, &Store::PendingReadRegs,
+                                                           &Store::PendingWriteR0,  &Store::PendingWriteR1,
+                                                           &Store::PendingIntHigh,  &Store::PendingIntLow};
 
 }  // namespace
 
@@ -83,8 +89,9 @@ void SensorPanel::cmdCollectData_Click() {
     collection_connected();
     return;
   }
-  collect(interval_ms);
+  const std::optional<forms::RunTimeError> error = collect(interval_ms);
   end_collection();
+  if (error) throw *error;
 }
 
 void SensorPanel::start_collection(std::int32_t interval_ms) {
@@ -118,7 +125,7 @@ void SensorPanel::take_scale() {
   store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
 }
 
-void SensorPanel::collect(std::int32_t interval_ms) {
+std::optional<forms::RunTimeError> SensorPanel::collect(std::int32_t interval_ms) {
   struct OnStack {
     explicit OnStack(SensorPanel& owner) : panel(owner) {
       panel.collecting_ = true;
@@ -133,21 +140,38 @@ void SensorPanel::collect(std::int32_t interval_ms) {
   start_collection(interval_ms);
   hold_session();
   collection_connected();
-  while (store.Sample_Run == true_flag && loaded()) collection_pass();
+  try {
+    while (store.Sample_Run == true_flag && loaded()) collection_pass();
+  } catch (const forms::RunTimeError& error) {
+    return error;  // reported once the panel is as it is without a loop
+  }
+  return std::nullopt;
 }
 
 void SensorPanel::collection_pass() {
   begun_anew_ = false;
+  try {
+    whole_pass();
+  } catch (const Overtaken&) {
+    // What waited for the pass that was left waits for the next one.
+    for (const auto pending : deferred_work_flags) {
+      if (store.*pending != 0) store.PendingUpdate = true_flag;
+    }
+  }
+}
+
+void SensorPanel::whole_pass() {
   begin_pass();
   pace(due_);
-  if (!begun_anew_) {
-    txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
-    commit(measure());
-  }
-  if (!begun_anew_) run_collection_work();
-  const bool going_on = !begun_anew_ && store.Sample_Run != 0;
+  leave_if_overtaken();
+  txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
+  commit(measure());
+  leave_if_overtaken();
+  run_collection_work();
+  leave_if_overtaken();
+  const bool going_on = store.Sample_Run != 0;
   if (going_on) start_next_conversion();
-  if (begun_anew_) return;  // what was read is of the collection before
+  leave_if_overtaken();
   if (going_on || model.counts_stopped_pass) {
     const std::int64_t now = timeGetTime();
     due_ = now + interval_ms_;
@@ -165,7 +189,7 @@ void SensorPanel::collection_pass() {
 }
 
 void SensorPanel::commit(const Measurement& measurement) {
-  if (begun_anew_) return;
+  leave_if_overtaken();
   store.Sample_Value[slot()] = measurement.value;
   store.RawReading = measurement.raw;
   if (measurement.second) store.Sample_Value2[slot()] = store.RawReading2 = *measurement.second;

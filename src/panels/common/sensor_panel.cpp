@@ -108,7 +108,7 @@ void SensorPanel::load_chart() {
   store.Scale_Max = scale_of_text();
   store.Scale_Span = store.Scale_Max - store.Scale_Min;
   build_value_labels();
-  clear_trace(store);
+  store.Trace_Y.fill(1);
   Picture1.Cls();
   DrawGrid(program, Picture1);
   draw_labels();
@@ -208,7 +208,10 @@ void SensorPanel::show_count_of_bytes(const TextBox& high, const TextBox& low, T
 void SensorPanel::wait_integration() {
   store.IntegrationMs = 0;
   Tmr_Integration.Enabled = true;
-  while (store.IntegrationMs <= 1000 && Tmr_Integration.Enabled && !overtaken()) DoEvents();
+  while (store.IntegrationMs <= 1000 && Tmr_Integration.Enabled) {
+    leave_if_overtaken();
+    DoEvents();
+  }
   Tmr_Integration.Enabled = false;
 }
 

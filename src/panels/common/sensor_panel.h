@@ -156,8 +156,10 @@ class SensorPanel : public BusPanel {
   void timed_pass();
   void end_sampling();
   void start_collection(std::int32_t interval_ms);
-  void collect(std::int32_t interval_ms);
+  // The run-time error that ended it, if one did.
+  std::optional<forms::RunTimeError> collect(std::int32_t interval_ms);
   void collection_pass();
+  void whole_pass();
   // Waits until the sample of time `due` is to be taken.
   void pace(std::int64_t due);
   void commit(const Measurement& measurement);

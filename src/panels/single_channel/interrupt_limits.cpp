@@ -60,6 +60,9 @@ void InterruptLimits::enter(const Limit& limit) {
     }
     if (entry.shown) limit.box.Text = std::to_string(*entry.shown);
     panel.txtRegHex(limit.register_number).Text = forms::Hex2(*entry.byte);
+  } else {
+    TextBox& box = panel.txtRegHex(limit.register_number);
+    box.Text = forms::Hex2(HexVal(box.Text));
   }
   store.*limit.pending = true_flag;
   panel.commit({.pending = {limit.pending}, .registers = {limit.register_number}});

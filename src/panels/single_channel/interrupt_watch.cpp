@@ -59,13 +59,12 @@ void InterruptWatch::Sample_PortB() {
   panel.connect_by_rule();
   if (store.Board_Rev == 1) {
     const BusPanel::Route sensor_pipe{boards::pipe_i2c_out, Transfers::fast};
-    panel.send({2, 0, 0}, sensor_pipe);
-    panel.receive(first_board_reply, sensor_pipe);
+    panel.exchange({2, 0, 0}, first_board_reply, sensor_pipe);
   }
   if (store.Board_Rev == 2) {
     const BusPanel::Route port_pipe{boards::pipe_gpio_out, Transfers::fast};
-    panel.send({0, 0, 0, 0, 2}, port_pipe);  // asks for the pins and changes nothing
-    panel.receive(port_reply, port_pipe);
+    // Asks for the pins and changes nothing.
+    panel.exchange({0, 0, 0, 0, 2}, port_reply, port_pipe);
   }
   panel.disconnect_by_rule();
 }

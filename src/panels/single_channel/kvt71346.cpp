@@ -249,8 +249,7 @@ void frmKVT71346::collection_starts() {
 }
 
 Measurement frmKVT71346::measure() {
-  send({store.I2C_RdCnt, store.I2C_RdAdr}, sensor_route());
-  receive(fast_reply_size, sensor_route());
+  exchange({store.I2C_RdCnt, store.I2C_RdAdr}, fast_reply_size, sensor_route());
   return reply_counts();
 }
 

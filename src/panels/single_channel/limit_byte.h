@@ -19,7 +19,7 @@ struct LimitEntry {
   std::optional<std::int32_t> shown = std::nullopt;
 };
 
-// The box shows the value rounded down, the byte is rounded to nearest, halves to even: benches rely on both.
+// The box shows the value rounded down, the byte is rounded to nearest, halves to even.
 // A number that is no multiple of 256 isn't tested against the range. Raises overflow beyond 32 bits.
 LimitEntry limit_entry(double number, const LimitRules& rules);
 
