@@ -43,6 +43,7 @@ class Rehearsal final : public RegisterPanel {
   bool answers = true;
   int read_backs = 0;
   Flag open_at_read_back = 0;
+  std::string steps;  // of a timed run, each with a blank behind it
 
   void Read_Registers() override {
     ++read_backs;
@@ -51,8 +52,8 @@ class Rehearsal final : public RegisterPanel {
 
  protected:
   Measurement measure() override { return {.value = 500, .raw = 7, .reading = 250}; }
-  void Trig_KVT7134X() override {}
-  void Record_Triggered_Light_Count() override {}
+  void Trig_KVT7134X() override { steps += "trigger "; }
+  void Record_Triggered_Light_Count() override { steps += "read "; }
   bool sensor_answered() override { return answers; }
 };
 
@@ -232,6 +233,27 @@ TEST_F(Registers, AMeasurementIsCommittedByTheLoop) {
   EXPECT_EQ(panel->txtReading.Text, "250");
   // The chart's own rule: half to even between both ends of the scale.
   EXPECT_EQ(store.Trace_Y[403], 304 - 76);
+}
+
+// Controls have their turn behind the delay and around the read, so that each acts on a whole step.
+TEST_F(Registers, ATimedPassYieldsBehindItsDelayAndAroundItsRead) {
+  const auto steps_of_second_pass = [&](int delay_row) {
+    panel->CboIntTime(5).ListIndex = delay_row;
+    panel->steps.clear();
+    store.Sample_Count = 0;
+    user.at_yield = [&] {
+      panel->steps += "yield ";
+      if (store.Sample_Count == 3 && store.AbortRequested == 0) {
+        program.runtime.post([&] { forms::user::click(panel->cmdEndSampling); });
+      }
+    };
+    click(panel->cmdSample);
+    user.at_yield = nullptr;
+    const std::size_t second = panel->steps.find("trigger", panel->steps.find("trigger") + 1);
+    return panel->steps.substr(second, panel->steps.find("trigger", second + 1) - second);
+  };
+  EXPECT_EQ(steps_of_second_pass(0), "trigger yield read yield ");
+  EXPECT_EQ(steps_of_second_pass(1), "trigger yield yield read yield ");
 }
 
 TEST_F(Registers, TheFilesHeadShowsTheFirstTwoBoxes) {
