@@ -73,6 +73,17 @@ TEST_F(Kvt71344Measuring, StoresTheCountAndShowsIt) {
   EXPECT_EQ(store.Trace_Y[403], 304 - 57);  // 56.66 rows up: the whole part of 247.33
 }
 
+TEST_F(Kvt71344Measuring, ACollectionDoesNotShowTheRawCountOfTheOneBefore) {
+  external_timing();
+  replying({4, 0x34, 0x12, 0x78, 0x56});
+  collect(2);
+  EXPECT_EQ(panel->txtReading3.Text, "4660");
+  click(panel->ChkCommand(2));
+  EXPECT_EQ(panel->txtReading3.Text, "4660");
+  collect(2);
+  EXPECT_EQ(panel->txtReading3.Text, "");
+}
+
 struct Ratio {
   int graph;
   int count, cycles;

@@ -185,6 +185,20 @@ TEST_F(Kvt71346, ATimeBaseThatChangesNothingRepeatsTheMode) {
   expect_mode_write(0x0C);
 }
 
+// The second list leaves the time base's option as it is, so the option may be changed to what the mode is.
+TEST_F(Kvt71346, TheInternalTimeBaseKeepsAnInternalMode) {
+  for (const int row : {2, 3, 4}) {
+    choose(panel.Lst71346_Mode, 5);
+    choose(panel.LstMode2, row - 2);
+    ASSERT_TRUE(panel.OptTimeBase(1).Value);
+    forget_traffic();
+    click(panel.OptTimeBase(0));
+    EXPECT_EQ(panel.ModeIndex, row);
+    EXPECT_EQ(panel.LstMode2.ListIndex, row - 2);
+    expect_mode_write(4 * (row - 2));
+  }
+}
+
 TEST_F(Kvt71346, TheMainOptionsShowOneFrameOfThree) {
   struct Row {
     int row;
