@@ -16,8 +16,12 @@ struct PanelChart : PanelTest {
     std::ranges::copy(values, store.Sample_Value.begin());
     store.Sample_Count = static_cast<std::int32_t>(values.size());
   }
+  // A collection that isn't to start is stopped at once.
   void count_yields() {
-    user.at_yield = [this] { ++yields; };
+    user.at_yield = [this] {
+      ++yields;
+      if (store.Sample_Run == -1) program.runtime.post(clicking(panel.cmdStopData));
+    };
   }
 };
 
