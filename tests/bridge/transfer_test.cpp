@@ -165,6 +165,43 @@ TEST_F(BridgeTransfer, TheLampIsThatOfTheFormInFront) {
   program.forms.unload("frmGPIO");
 }
 
+TEST_F(BridgeTransfer, OnlyTheFormInFrontThatGoesLeavesNoneInFront) {
+  frmGPIO& gpio = form<frmGPIO>();
+  gpio.Show();
+  form<frmProxOff>();
+  program.forms.unload("frmProxOff");
+  program.forms.sweep();
+  EXPECT_EQ(store.Active_Form, &gpio);
+  store.Active_Form = &form<frmProxOff>();
+  program.forms.unload("frmProxOff");
+  program.forms.sweep();
+  EXPECT_EQ(store.Active_Form, nullptr);
+}
+
+// The longest buffer that is put back has 32 bytes.
+TEST_F(BridgeTransfer, WhatAHandlerTransfersInAYieldDoesNotDisturbTheTransferAroundIt) {
+  for (const int size : {1, 25, 32}) {
+    const std::vector<std::uint8_t> sent(static_cast<std::size_t>(size), 0x5A);
+    user.at_yield = [&] { set_reply(store, boards::pipe_gpio_in, 3); };
+    for (const bool checked : {false, true}) {
+      set_blank_request(store, boards::pipe_i2c_out, size);
+      store.Xfer_Buf = sent;
+      recorder.packets.clear();
+      if (checked) {
+        WritePipe(program);
+      } else {
+        Fast_Write(program);
+      }
+      EXPECT_EQ(store.Pipe_Num, boards::pipe_i2c_out) << size;
+      EXPECT_EQ(store.Xfer_Size, size);
+      EXPECT_EQ(store.Xfer_Buf, sent);
+      ASSERT_EQ(recorder.packets.size(), 1u);
+      EXPECT_EQ(recorder.packets[0].pipe, boards::pipe_i2c_out);
+      EXPECT_EQ(recorder.packets[0].size, static_cast<std::size_t>(size));
+    }
+  }
+}
+
 TEST_F(BridgeTransfer, ReadsGoToTheAddressAboveThatOfTheWrites) {
   struct Addresses {
     int given, write, read;
