@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "boards/simulated/sensors/kvt71338.h"
 #include "boards/simulated/sensors/kvt71344.h"
 #include "boards/simulated/sensors/kvt71346.h"
 #include "boards/simulated/sensors/kvt71385.h"
@@ -14,6 +15,10 @@ using Factory = std::unique_ptr<Sensor> (*)(const Surroundings&);
 
 std::unique_ptr<Sensor> kvt71346(const Surroundings& surroundings) {
   return std::make_unique<Kvt71346>(surroundings);
+}
+
+std::unique_ptr<Sensor> kvt71338(const Surroundings& surroundings) {
+  return std::make_unique<Kvt71338>(surroundings);
 }
 
 template <const Kvt71344::Model& Which>
@@ -39,17 +44,11 @@ struct Model {
 };
 
 constexpr std::array models{
-    Model{"KVT71346/7", kvt71346},
-    Model{"KVT71344/5", kvt71344<Kvt71344::kvt71344>},
-    Model{"KVT71388", kvt71385},
-    Model{"KVT71356", kvt71344<Kvt71344::kvt71356>},
-    Model{"KVT71374", two_mode},
-    Model{"KVT71385", kvt71385},
-    // Command, data pair.
-    Model{"KVT71338", registers<0, 0, 0>},
-    Model{"KVT71390", kvt71385},
-    Model{"KVT71376", two_mode},
-    Model{"KVT71392", kvt71385},
+    Model{"KVT71346/7", kvt71346}, Model{"KVT71344/5", kvt71344<Kvt71344::kvt71344>},
+    Model{"KVT71388", kvt71385},   Model{"KVT71356", kvt71344<Kvt71344::kvt71356>},
+    Model{"KVT71374", two_mode},   Model{"KVT71385", kvt71385},
+    Model{"KVT71338", kvt71338},   Model{"KVT71390", kvt71385},
+    Model{"KVT71376", two_mode},   Model{"KVT71392", kvt71385},
 };
 
 }  // namespace

@@ -62,14 +62,14 @@ TEST_F(SimulatedSensors, RegistersStartWithTheirPowerOnValues) {
 }
 
 TEST_F(SimulatedSensors, RegisterFilesStepOnAndEndAtTheLastRegister) {
-  board.mount("KVT71338");
-  i2c({4, 0x88, 1, 0x11, 0x22, 0x33, 0x44});
+  board.mount("KVT71374");
+  i2c({4, 0x88, 4, 0x11, 0x22, 0x33, 0x44});
   EXPECT_EQ(i2c_reply(1).buffer, Bytes{6});
-  EXPECT_EQ(board.register_value(0), 0);
-  EXPECT_EQ(board.register_value(1), 0x11);
-  EXPECT_EQ(board.register_value(2), 0x22);
-  EXPECT_EQ(board.register_value(3), std::nullopt);
-  i2c({4, 0x89, 1});
+  EXPECT_EQ(board.register_value(3), 0);
+  EXPECT_EQ(board.register_value(4), 0x11);
+  EXPECT_EQ(board.register_value(5), 0x22);
+  EXPECT_EQ(board.register_value(6), std::nullopt);
+  i2c({4, 0x89, 4});
   EXPECT_EQ(i2c_reply(5).buffer, (Bytes{4, 0x11, 0x22, 0, 0}));
 }
 
@@ -96,6 +96,7 @@ TEST_F(SimulatedSensors, TheSceneHasItsStartValues) {
   EXPECT_EQ(board.scene().light_lux, 500);
   EXPECT_EQ(board.scene().ir_counts, 100);
   EXPECT_EQ(board.scene().distance_mm, 100);
+  EXPECT_EQ(board.scene().external_resistor_ohms, 500'000);
   EXPECT_EQ(board.noise(), 0);
 }
 

@@ -2,11 +2,15 @@
 
 namespace boards {
 
-RegisterFile::RegisterFile(std::span<const registers::Register> map, const registers::Field& flag) {
+RegisterFile::RegisterFile(std::span<const registers::Register> map) {
   for (const registers::Register& one : map) {
     const bool writable = one.access == registers::Access::read_write;
     cells_.push_back({one.power_on, writable ? std::uint8_t{0xFF} : std::uint8_t{0}});
   }
+}
+
+RegisterFile::RegisterFile(std::span<const registers::Register> map, const registers::Field& flag)
+    : RegisterFile(map) {
   std::uint8_t& writable = cells_[flag.register_number].writable;
   writable = flag.in(writable, 0);
 }

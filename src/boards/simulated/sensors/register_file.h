@@ -19,7 +19,9 @@ class RegisterFile : public Sensor {
 
   // Register 0 first.
   explicit RegisterFile(std::vector<Cell> power_on) : cells_(std::move(power_on)) {}
-  // As the map has them. `flag` is what only the sensor changes in a register that the host writes.
+  // As the map has them.
+  explicit RegisterFile(std::span<const registers::Register> map);
+  // `flag` is what only the sensor changes in a register that the host writes.
   RegisterFile(std::span<const registers::Register> map, const registers::Field& flag);
 
   // The first byte is the register pointer, which steps on at every data byte. Data beyond the last

@@ -1,4 +1,4 @@
-// What the sensor looks at.
+// What the sensor looks at, and what the board has beside it.
 #pragma once
 
 namespace boards {
@@ -8,6 +8,8 @@ struct Scene {
   double light_lux = 500;    // visible light on the sensor
   double ir_counts = 100;    // infrared part, in counts of the infrared diode
   double distance_mm = 100;  // from the sensor to the target in front of it
+  // The resistor on the board that sets the clock of the sensors that have none of their own. More than 0.
+  double external_resistor_ohms = 500'000;
 };
 
 }  // namespace boards
