@@ -6,6 +6,7 @@
 
 #include "panels/multi_function/proximity_offset.h"
 #include "panels/single_channel/eight_register_panel.h"
+#include "panels/single_channel/kvt71338.h"
 #include "panels/single_channel/kvt71346.h"
 #include "script/batch_panel.h"
 #include "script/script_panel.h"
@@ -47,6 +48,7 @@ void add_forms(Program& program) {
   add<ALS_Batch>(program);
   add<frmKVT71346>(program);
   add_models<EightRegisterPanel>(program, eight_register_models());
+  add<frmKVT71338>(program);
   add<frmProxOff>(program);
 }
 

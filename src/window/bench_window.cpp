@@ -10,6 +10,7 @@
 #include <QSlider>
 #include <QTimer>
 #include <cmath>
+#include <utility>
 
 #include "boards/simulated/models.h"
 #include "boards/simulated/simulated_board.h"
@@ -65,7 +66,6 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
                                  "Without it the sensor doesn't acknowledge anything on the bus",
                                  board.sensor_answers(), [this](bool on) { board_.set_sensor_answers(on); }));
   switches->addStretch();
-  switches->addWidget(new QLabel("In the socket:", this));
   model_->setObjectName("model");
   model_->setAccessibleName("Sensor in the socket");
   model_->setToolTip("Puts another sensor into the socket, at bus address 88");
@@ -78,9 +78,16 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
       board_.mount(model_->itemText(row).toStdString());
     }
   });
-  switches->addWidget(model_);
+  auto* parts = new QHBoxLayout;
+  parts->addWidget(new QLabel("In the socket:", this));
+  parts->addWidget(model_);
+  parts->addStretch();
+  parts->addWidget(new QLabel("External resistor:", this));
+  parts->addWidget(resistor_list());
   auto* board_box = new QGroupBox("Board", this);
-  board_box->setLayout(switches);
+  auto* board_lines = new QVBoxLayout(board_box);
+  board_lines->addLayout(switches);
+  board_lines->addLayout(parts);
 
   auto* outermost = new QVBoxLayout(this);
   outermost->setSpacing(gap);
@@ -152,6 +159,21 @@ QCheckBox* BenchWindow::add_switch(const char* name, const QString& caption, con
   box->setChecked(on);
   connect(box, &QCheckBox::toggled, this, std::move(set));
   return box;
+}
+
+QComboBox* BenchWindow::resistor_list() {
+  auto* list = new QComboBox(this);
+  list->setObjectName("resistor");
+  list->setAccessibleName("External resistor");
+  list->setToolTip("The resistor that sets the clock and the ranges of KVT71338");
+  for (const int ohms : {500'000, 250'000, 100'000}) {
+    list->addItem(QString("%1 kOhm").arg(ohms / 1000), ohms);
+  }
+  list->setCurrentIndex(
+      list->findData(static_cast<int>(std::as_const(board_).scene().external_resistor_ohms)));
+  connect(list, &QComboBox::activated, this,
+          [this, list](int row) { board_.scene().external_resistor_ohms = list->itemData(row).toInt(); });
+  return list;
 }
 
 void BenchWindow::show_board() {

@@ -1,5 +1,5 @@
-// The bench of a simulated board: the light on the sensor, the target in front of it, the plug. What
-// is moved here changes the board at once, also while a handler of the program runs.
+// The bench of a simulated board: the light on the sensor, the target in front of it, the resistor beside it,
+// the plug. What is moved here changes the board at once, also while a handler of the program runs.
 #pragma once
 
 #include <QWidget>
@@ -42,6 +42,7 @@ class BenchWindow final : public QWidget {
   void add_quantity(QGridLayout& grid, const Quantity& quantity);
   QCheckBox* add_switch(const char* name, const QString& caption, const QString& tip, bool on,
                         std::function<void(bool)> set);
+  QComboBox* resistor_list();
 
   boards::SimulatedBoard& board_;
   QComboBox* model_;
