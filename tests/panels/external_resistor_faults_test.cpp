@@ -131,7 +131,7 @@ TEST_F(Kvt71338Faults, AFailedReadEndsATimedRun) {
     board.fail_transfers(1, 0x20000001, after);
     store.Sample_Count = 0;
     bool stopped_by_user = false;
-    at_yield(samples_reach(10), [&] {
+    at_yield(count_reaches(10), [&] {
       stopped_by_user = true;
       forms::user::click(panel->cmdEndSampling);
     });
@@ -158,7 +158,7 @@ TEST_F(Kvt71338Faults, AClosedSessionIsLoggedAndNotTried) {
 
 TEST_F(Kvt71338Faults, AnUnpluggedBoardEndsBothLoops) {
   for (forms::CommandButton* start : {&panel->cmdCollectData, &panel->cmdSample}) {
-    at_yield(samples_reach(3), [&] { board.unplug(); });
+    at_yield(count_reaches(3), [&] { board.unplug(); });
     store.Sample_Count = 0;
     click(*start);
     expect_idle();

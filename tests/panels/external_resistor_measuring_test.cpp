@@ -182,10 +182,10 @@ TEST_F(Kvt71338Measuring, UnderExternalTimingATriggerIsASync) {
 
 TEST_F(Kvt71338Measuring, ATimedRunDoesTheWriteAloneOfWhatWaits) {
   make_ready();
-  at_yield(samples_reach(3), [&] {
+  at_yield(count_reaches(3), [&] {
     forget_traffic();
     store.PendingUpdate = store.PendingWriteR0 = store.PendingWriteR1 = store.PendingReadRegs = -1;
-    at_yield(samples_reach(5), clicking(panel->cmdEndSampling));
+    at_yield(count_reaches(5), clicking(panel->cmdEndSampling));
   });
   click(panel->cmdSample);
   EXPECT_EQ(writes(), (ByteLists{{0, 0x88, 0, 0xC4}}));
@@ -235,8 +235,8 @@ TEST_F(Kvt71338Measuring, StoresTheCountAndShowsLux) {
   EXPECT_EQ(panel->txtCaclulated_Lux.Text, "499.88");
   EXPECT_EQ(panel->txtTimeBaseReading.Text, "");
   EXPECT_EQ(panel->txtReading.Text, "2047");
-  EXPECT_EQ(store.Scale_Max, 4095);
-  EXPECT_EQ(store.Trace_Y[403], 152);  // 151.96 rows up: the whole part of 152.04
+  EXPECT_EQ(store.Scale_Max, 4096);
+  EXPECT_EQ(store.Trace_Y[403], 152);  // 151.93 rows up: the whole part of 152.07
 }
 
 TEST_F(Kvt71338Measuring, ACountOfZeroIsAnEmptyText) {
@@ -285,7 +285,7 @@ TEST_F(Kvt71338Measuring, TheScaleIsThatOfTheGraphAndUnderLuxOfTheCounts) {
     int graph;
     int start, in_passes;
   };
-  for (const auto& [graph, start, in_passes] : {Scale{0, 3000, 3000}, {1, 700, 3000}}) {
+  for (const auto& [graph, start, in_passes] : {Scale{0, 3001, 3001}, {1, 701, 3001}}) {
     panel->OptGraph(graph).select_quietly();
     forget_traffic();
     collect(3);
@@ -296,7 +296,7 @@ TEST_F(Kvt71338Measuring, TheScaleIsThatOfTheGraphAndUnderLuxOfTheCounts) {
   panel->txtScale.Text = "700";
   panel->OptGraph(1).select_quietly();
   collect(3);
-  EXPECT_EQ(store.Scale_Max, 700);
+  EXPECT_EQ(store.Scale_Max, 701);
   panel->OptGraph(2).select_quietly();
   store.Scale_Max = 555;
   collect(3);
@@ -321,30 +321,33 @@ TEST_F(Kvt71338Measuring, TheRowStaysWithinThePlot) {
   }
 }
 
-// The time base has no full count, so the counts have no scale: the chart stays where it was.
-TEST_F(Kvt71338Measuring, WithoutAScaleTheRowStays) {
+// The time base has no full count: its counts are over the top of the scale.
+TEST_F(Kvt71338Measuring, TheTimeBaseOnTheScaleOfCounts) {
   make_ready();
   click(panel->OptITime(5));
+  replying({2, 0x10, 0x27}, 3);
   collect(14);
-  EXPECT_EQ(store.Scale_Max, 0);
+  EXPECT_EQ(store.Scale_Max, 1);
   EXPECT_EQ(store.Trace_Y[403], 1);
   EXPECT_TRUE(user.errors.empty());
-  EXPECT_EQ(store.Sample_Run, 0);
 }
 
-TEST_F(Kvt71338Measuring, ThePassInWhichItIsStoppedCounts) {
+// As the graph option leaves it there.
+TEST_F(Kvt71338Measuring, WithoutAScaleTheRowStays) {
   make_ready();
-  std::int32_t at_stop = -1;
-  collect(
-      12, [&] { at_stop = store.Sample_Count; }, 3);
-  at_yield(samples_reach(5), [&] {
-    at_stop = store.Sample_Count;
-    forms::user::click(panel->cmdStopData);
+  click(panel->OptMeasure(2));
+  click(panel->OptITime(5));
+  for (const int i : {0, 1}) panel->ChkSync(i).Value = 0;
+  replying({2, 0, 0}, 3);
+  collect(12, [&] {
+    EXPECT_EQ(store.Trace_Y[403], 304);
+    replying({2, 0x10, 0x27}, 3);
+    forms::user::click(panel->OptGraph(0));
+    EXPECT_EQ(store.Scale_Max, 0);
   });
-  store.Sample_Count = 0;
-  click(panel->cmdCollectData);
-  EXPECT_EQ(store.Sample_Count, at_stop + 1);
-  EXPECT_EQ(store.Sample_Value[static_cast<std::size_t>(at_stop)], store.Reading);
+  EXPECT_EQ(store.Trace_Y[403], 304);
+  EXPECT_EQ(store.Sample_Count, 15);
+  EXPECT_TRUE(user.errors.empty());
 }
 
 // --- triggers ---

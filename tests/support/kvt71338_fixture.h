@@ -1,31 +1,18 @@
 // The panel of KVT71338 on the simulated board, chosen as a user chooses it.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "panels/single_channel/kvt71338.h"
-#include "shell/start_panel.h"
-#include "support/test_program.h"
+#include "support/panel_fixture.h"
 
 namespace varzelin::testing {
 
 using ByteLists = std::vector<std::vector<int>>;
 
-struct Kvt71338 : ::testing::Test, TestProgram {
+struct Kvt71338 : ::testing::Test, PanelProgram {
   frmKVT71338* panel = nullptr;
 
   void SetUp() override { open(); }
-  void open() {
-    const auto row =
-        std::ranges::find(model_list, std::string_view(frmKVT71338::form_name), &ModelRow::panel);
-    choose(form<frmStartup>().cboDeviceSelect, static_cast<int>(row - model_list.begin()));
-    panel = &program.forms.touch<frmKVT71338>();
-    forget_traffic();
-  }
+  void open() { panel = dynamic_cast<frmKVT71338*>(&PanelProgram::open(frmKVT71338::form_name)); }
   void open_anew() {
     program.forms.unload(*panel, 0);
     open();
@@ -36,20 +23,10 @@ struct Kvt71338 : ::testing::Test, TestProgram {
     click(panel->OptMeasQty(0));
     forget_traffic();
   }
-  void forget_traffic() {
-    recorder.packets.clear();
-    recorder.calls.clear();
-  }
   // What went out to the sensor, oldest first.
-  ByteLists sent() const {
-    ByteLists result;
-    for (const Packet& packet : recorder.packets) {
-      if (packet.pipe == boards::pipe_i2c_out) result.push_back(packet.bytes);
-    }
-    return result;
-  }
+  ByteLists sent() { return sent_on(boards::pipe_i2c_out); }
   // The writes and commands of it.
-  ByteLists writes() const {
+  ByteLists writes() {
     ByteLists result = sent();
     std::erase_if(result, [](const auto& bytes) { return bytes[0] != 0; });
     return result;
@@ -61,30 +38,15 @@ struct Kvt71338 : ::testing::Test, TestProgram {
     for (const ByteLists& part : parts) all.insert(all.end(), part.begin(), part.end());
     return all;
   }
-  std::function<bool()> samples_reach(std::int32_t count) {
-    return [this, count] { return store.Sample_Count >= count; };
-  }
-  std::function<void()> clicking(forms::Control& control) {
-    return [&control] { forms::user::click(control); };
-  }
+  using PanelProgram::collect;
   // A real-time collection in which the user acts at `count` samples and stops `more` samples later.
   void collect(std::int32_t count, std::function<void()> action, std::int32_t more = 3) {
     store.Sample_Count = 0;
-    at_yield(samples_reach(count), [this, count, more, action = std::move(action)] {
+    at_yield(count_reaches(count), [this, count, more, action = std::move(action)] {
       action();
-      at_yield(samples_reach(count + more), clicking(panel->cmdStopData));
+      at_yield(count_reaches(count + more), clicking(panel->cmdStopData));
     });
     click(panel->cmdCollectData);
-  }
-  void collect(std::int32_t count) {
-    store.Sample_Count = 0;
-    at_yield(samples_reach(count), clicking(panel->cmdStopData));
-    click(panel->cmdCollectData);
-  }
-  void sample(std::int32_t count) {
-    store.Sample_Count = 0;
-    at_yield(samples_reach(count), clicking(panel->cmdEndSampling));
-    click(panel->cmdSample);
   }
   // Every reply of so many bytes brings these.
   void replying(std::vector<std::uint8_t> bytes, std::int32_t size) {
@@ -93,10 +55,6 @@ struct Kvt71338 : ::testing::Test, TestProgram {
         board.queue_reply(bytes);
     };
   }
-  std::size_t calls(const char* name) const {
-    return static_cast<std::size_t>(std::ranges::count(recorder.calls, name));
-  }
-  static forms::Color lamp(int color_index) { return forms::QBColor(color_index); }
   std::string box() { return panel->txtRegHex(0).Text; }
 };
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "panels/single_channel/kvt71338.h"
 #include "panels/single_channel/kvt71346.h"
 #include "shell/start_panel.h"
 #include "support/test_program.h"
@@ -32,11 +33,22 @@ inline std::string panel_name(const ::testing::TestParamInfo<std::string>& info)
 
 // What a panel needs beyond its load so that its sensor measures. A panel without an entry needs nothing.
 inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_by_panel{
-    {frmKVT71346::form_name, [](SensorPanel& panel) {
+    {frmKVT71346::form_name,
+     [](SensorPanel& panel) {
        constexpr int diode1_row = 2;
        auto& modes = dynamic_cast<frmKVT71346&>(panel);
        modes.Lst71346_Mode.select_quietly(diode1_row);
        modes.ModeIndex = diode1_row;
+     }},
+    {frmKVT71338::form_name, [](SensorPanel& panel) {
+       // In its full layout, with the converter on. The chart has counts, in the scale box of all panels.
+       auto& resistor = dynamic_cast<frmKVT71338&>(panel);
+       resistor.Label13_DblClick();
+       resistor.OptPwr(1).Value = true;
+       resistor.OptMeasQty(0).Value = true;
+       resistor.OptMeasure(2).Value = true;
+       resistor.OptGraph(1).select_quietly();
+       resistor.txtInterval.Text = resistor.model.interval;
      }}};
 
 // Makes the user's choice in the start list.

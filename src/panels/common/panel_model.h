@@ -48,8 +48,6 @@ struct PanelModel {
   // The timed loop holds the session. Otherwise its transfers open and close it by the connection rule.
   bool sampling_holds_session = true;
   SessionEnd sampling_session_end = SessionEnd::disconnect;
-  // The pass in which a collection is stopped counts as a sample.
-  bool counts_stopped_pass = false;
   // Yields at the end of a collection before the session is closed; 0: it is closed first of all.
   int yields_before_disconnect = 0;
   bool integration_timer = true;  // Tmr_Integration has a handler

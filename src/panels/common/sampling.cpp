@@ -121,7 +121,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
 }
 
 void SensorPanel::take_scale() {
-  store.Scale_Max = scale_of_text();
+  store.Scale_Max = scale_of(txtScale);
   store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
 }
 
@@ -172,7 +172,7 @@ void SensorPanel::whole_pass() {
   const bool going_on = store.Sample_Run != 0;
   if (going_on) start_next_conversion();
   leave_if_overtaken();
-  if (going_on || model.counts_stopped_pass) {
+  if (going_on) {
     const std::int64_t now = timeGetTime();
     due_ = now + interval_ms_;
     txtTime1.Text = std::to_string(now - last_mark_);

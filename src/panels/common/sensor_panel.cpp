@@ -105,7 +105,7 @@ void SensorPanel::fill_delay_list() {
 
 void SensorPanel::load_chart() {
   store.Scale_Min = 0;
-  store.Scale_Max = scale_of_text();
+  store.Scale_Max = scale_of(txtScale);
   store.Scale_Span = store.Scale_Max - store.Scale_Min;
   build_value_labels();
   store.Trace_Y.fill(1);
@@ -121,8 +121,8 @@ std::int32_t SensorPanel::interval_of_text() const {
   return forms::CLng(forms::Int(forms::Val(txtInterval.Text)));
 }
 
-std::int32_t SensorPanel::scale_of_text() const {
-  return forms::CLng(forms::Int(forms::Val(txtScale.Text) + model.scale_addition));
+std::int32_t SensorPanel::scale_of(const TextBox& box) const {
+  return forms::CLng(forms::Int(forms::Val(box.Text) + model.scale_addition));
 }
 
 void SensorPanel::build_time_labels(std::int32_t interval_ms) {

@@ -119,7 +119,8 @@ class SensorPanel : public BusPanel {
   // --- steps for a family's handlers ---
 
   std::int32_t interval_of_text() const;  // milliseconds, whole part of txtInterval's value
-  std::int32_t scale_of_text() const;     // Scale_Max by the formula of the load
+  // Scale_Max of a scale box by the formula of the load.
+  std::int32_t scale_of(const TextBox& box) const;
   // Waits by Tmr_Integration until IntegrationMs exceeds a second.
   void wait_integration();
   // Stops a running collection and says whether there was one: what handlers begin with that change the

@@ -69,8 +69,6 @@ class frmKVT71338 final : public RegisterPanel {
   void choose_time_base(bool time_base);
   // Both scale boxes and the value labels, for a range of so many lux.
   void rebuild_scales(double full_scale_lux);
-  // Scale_Max from the scale box of what the chart shows.
-  void take_scale_of_graph();
   // What the check boxes say is to be sent before a reading, with its waits.
   void send_triggers();
   void show_cycle_bytes();

@@ -76,7 +76,8 @@ void frmKVT71338::show_cycle_bytes() {
 // --- real time ---
 
 void frmKVT71338::take_scale() {
-  take_scale_of_graph();
+  if (OptGraph(0).Value) store.Scale_Max = scale_of(txtScale2);
+  if (OptGraph(1).Value) store.Scale_Max = scale_of(txtScale);
   store.Scale_Span = forms::to_int32(std::int64_t{store.Scale_Max} - store.Scale_Min);
 }
 
@@ -117,7 +118,7 @@ Measurement frmKVT71338::measure() {
   }
   txtADC_Reading.Text = shown;
   if (store.LuxMode != 0) {
-    store.Scale_Max = forms::CLng(forms::Int(forms::Val(txtScale2.Text)));
+    store.Scale_Max = scale_of(txtScale2);
     txtCaclulated_Lux.Text = lux_text(count, store.LuxFactor);
   }
   return result;

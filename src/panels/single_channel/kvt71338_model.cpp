@@ -13,7 +13,6 @@ const PanelModel kvt71338_model{
     .unloaded_panels = {"frmKVT71356", "frmKVT71344"},
     .transfers = Transfers::checked,
     .sampling_holds_session = false,
-    .counts_stopped_pass = true,
 };
 
 const std::array<RegisterWrite, 1> kvt71338_writes{

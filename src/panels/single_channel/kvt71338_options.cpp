@@ -158,13 +158,10 @@ void frmKVT71338::rebuild_scales(double full_scale_lux) {
   store.GraphUnit2 = "AD Cnt";
 }
 
-void frmKVT71338::take_scale_of_graph() {
-  if (OptGraph(adc_graph).Value) store.Scale_Max = whole_number(txtScale2);
-  if (OptGraph(lux_graph).Value) store.Scale_Max = whole_number(txtScale);
-}
-
-void frmKVT71338::OptGraph_Click(int) {
-  take_scale_of_graph();
+// One less than what a collection takes.
+void frmKVT71338::OptGraph_Click(int Index) {
+  if (Index == adc_graph) store.Scale_Max = whole_number(txtScale2);
+  if (Index == lux_graph) store.Scale_Max = whole_number(txtScale);
   store.I2C_RdCnt = store.SingleReading != 0 ? 2 : 4;
 }
 
