@@ -150,10 +150,13 @@ class frmKVT71338 final : public RegisterPanel {
   Label lblScaleMin2{*this, "lblScaleMin2", {.Caption = "ADC Scale Min"}};
   TextBox txtScaleMin2{*this, "txtScaleMin2", {.Text = "0"}};
 
-  ControlArray<Label> lblRegister{
-      *this,
-      "lblRegister",
-      {{0, Design{.Caption = "b000"}}, {4, Design{.Caption = "ADC"}}, {6, Design{.Caption = "T.B."}}}};
+  ControlArray<Label> lblRegister{*this,
+                                  "lblRegister",
+                                  {{0, Design{.Caption = "b000"}},
+                                   {4, Design{.Caption = "ADC low"}},
+                                   {5, Design{.Caption = "ADC high"}},
+                                   {6, Design{.Caption = "T.B. low"}},
+                                   {7, Design{.Caption = "T.B. high"}}}};
   CommandButton cmdSetCommand{*this, "cmdSetCommand", {.Caption = "Write Command Register b000"}};
   CommandButton cmdSetControl{*this, "cmdSetControl", {.Caption = "Read Command Register b000"}};
   CommandButton cmdRead_All{*this, "cmdRead_All", {.Caption = "Read Regs b000-011"}};

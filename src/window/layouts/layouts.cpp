@@ -19,8 +19,9 @@ constexpr std::array entries{
     Entry{"frmStartup", arrange_start_panel},      Entry{"frmAbout2", arrange_about_box},
     Entry{"frmProxOff", arrange_proximity_offset}, Entry{"frmGPIO", arrange_gpio},
     Entry{"frmI2C_General", arrange_workbench},    Entry{"frmKVT71346", arrange_kvt71346},
-    Entry{"frmKVT71344", arrange_eight_registers}, Entry{"frmKVT71356", arrange_eight_registers},
-    Entry{"frmScriptOps", arrange_script_panel},   Entry{"ALS_Batch", arrange_batch_panel},
+    Entry{"frmKVT71338", arrange_kvt71338},        Entry{"frmKVT71344", arrange_eight_registers},
+    Entry{"frmKVT71356", arrange_eight_registers}, Entry{"frmScriptOps", arrange_script_panel},
+    Entry{"ALS_Batch", arrange_batch_panel},
 };
 
 }  // namespace

@@ -22,6 +22,7 @@ QLayout* arrange_about_box(Arranger& place);
 QLayout* arrange_proximity_offset(Arranger& place);
 QLayout* arrange_gpio(Arranger& place);
 QLayout* arrange_workbench(Arranger& place);
+QLayout* arrange_kvt71338(Arranger& place);
 QLayout* arrange_kvt71346(Arranger& place);
 QLayout* arrange_eight_registers(Arranger& place);
 QLayout* arrange_script_panel(Arranger& place);

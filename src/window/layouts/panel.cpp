@@ -73,7 +73,9 @@ QGroupBox* chart_group(Arranger& place) {
 }
 
 QLayout* closing_row(Arranger& place, std::string_view exit_button) {
-  return row({place("cbReset"), Part::room(), place(exit_button)});
+  QBoxLayout* line = row({Part::room(), place(exit_button)});
+  if (place.has("cbReset")) line->insertWidget(0, place("cbReset"));
+  return line;
 }
 
 QGroupBox* record_frame(Arranger& place, int lines) {
