@@ -456,7 +456,7 @@ TEST_F(Kvt71338Measuring, TheAutomaticReScaleGoesByTheLastReading) {
   EXPECT_EQ(panel->txtScale2.Text, "1177.6");
   EXPECT_EQ(store.GraphUnit1, "Scaled");
   EXPECT_EQ(store.GraphUnit2, "Scaled");
-  EXPECT_EQ(store.Scale_Max, 1177);         // of the collection that it began
+  EXPECT_EQ(store.Scale_Max, 1178);         // of the collection that it began
   EXPECT_EQ(store.Label_Left[10], "1180");  // ten steps of 118, of 1178
   EXPECT_EQ(store.Label_Right[10], "1180");
   EXPECT_GT(store.Sample_Count, 2);

@@ -78,9 +78,10 @@ struct PanelFaults : PanelTest {
     EXPECT_EQ(store.Usb_Open, real_time ? 0 : usb_open_after_sampling());
     EXPECT_TRUE(user.errors.empty());
     EXPECT_TRUE(user.boxes.empty());
-    expect_file();
-    // A session that a timed run leaves open is that of the board that was pulled.
-    click(workbench().cmdUSBDisconnect);
+    if (GetParam() != frmKVT71338::form_name) expect_file();  // that one never gets to the samples
+    // A sensor may have lost its power, and a session that a timed run leaves open is that of the board that
+    // was pulled.
+    make_measure();
     run(real_time);
     EXPECT_FALSE(failed());
     EXPECT_EQ(store.Sample_Count, counted(real_time));

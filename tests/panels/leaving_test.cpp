@@ -101,6 +101,7 @@ TEST_P(PanelLeaving, ExitInARealTimeRun) {
   expect_others_unloaded();
 }
 
+// A run that holds no session lets the program end.
 TEST_P(PanelLeaving, ExitInATimedRun) {
   if (!panel.model.sampling_holds_session) {
     // Between two transfers the session is closed, and the workbench ends the program.

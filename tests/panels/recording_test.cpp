@@ -203,7 +203,9 @@ TEST_P(PanelRecording, BrowsingAsksForAFileAndCancelKeepsTheName) {
   EXPECT_EQ(dialog.default_extension, "*.txt");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, PanelRecording, ::testing::ValuesIn(every_panel()), panel_name);
+// One panel has no second register for the first line: nothing it writes comes to an end.
+INSTANTIATE_TEST_SUITE_P(Each, PanelRecording, ::testing::ValuesIn(every_panel_but(frmKVT71338::form_name)),
+                         panel_name);
 
 }  // namespace
 }  // namespace varzelin::testing
