@@ -254,7 +254,7 @@ TEST_P(PanelCollection, StartsFromACleanStore) {
            });
   click(panel.cmdCollectData);
   // The pass in hand still reads, but doesn't trigger.
-  EXPECT_EQ(store.Sample_Count, stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 0);
   EXPECT_FALSE(recorder.packets.empty());
   EXPECT_EQ(store.TriggerDone, 0);
 }
@@ -264,7 +264,7 @@ TEST_P(PanelCollection, StartsFromACleanStore) {
 TEST_P(PanelCollection, EverySampleHasItsSlotFromTheFirstOn) {
   recorder.before_call = [&] { queue_count(500 + store.Sample_Count); };
   collect(20);
-  ASSERT_EQ(store.Sample_Count, 20 + stopped_pass());
+  ASSERT_EQ(store.Sample_Count, 20);
   for (std::size_t i = 1; i < 20; ++i) {
     EXPECT_GT(store.Sample_Value[i], store.Sample_Value[i - 1]) << i;
   }

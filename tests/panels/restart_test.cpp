@@ -47,7 +47,7 @@ TEST_P(PanelRestart, EnterGoesOnWithTheNewInterval) {
       },
       4);
   expect_one_session();
-  EXPECT_EQ(store.Sample_Count, 4 + stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 4);
   EXPECT_EQ(store.IntervalMs, 500);
   EXPECT_EQ(panel.txtTime1.Text, pace_text(500));
   EXPECT_EQ(store.Trace_Pos, 403);
@@ -76,7 +76,7 @@ TEST_P(PanelRestartByScale, TheAutomaticScaleGoesOnWithTheNewScale) {
   reading(5100);
   run(clicking(panel.cmdAutoScale), 20);
   expect_one_session();
-  EXPECT_EQ(store.Sample_Count, 20 + stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 20);
   EXPECT_EQ(panel.txtScale.Text, "5865");  // 1.15 x 5100
   EXPECT_EQ(store.Scale_Max, static_cast<int>(5865 + panel.model.scale_addition));
   EXPECT_EQ(store.GraphUnit1, "Scaled");
@@ -129,7 +129,7 @@ TEST_P(PanelRestart, AStopBehindItIsNotLost) {
   });
   click(panel.cmdCollectData);
   EXPECT_LT(later, 5000);
-  EXPECT_LE(store.Sample_Count, 1 + stopped_pass());
+  EXPECT_LE(store.Sample_Count, 1);
   EXPECT_EQ(panel.Label18.Caption, "Data Collection Halted");
   expect_idle();
 }
@@ -155,7 +155,7 @@ TEST_P(PanelRestart, InTheStartOfACollectionItOpensNoSecondSession) {
              at_yield(count_reaches(3), clicking(panel.cmdStopData));
            });
   click(panel.cmdCollectData);
-  EXPECT_EQ(store.Sample_Count, 3 + stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 3);
   EXPECT_EQ(panel.txtTime1.Text, pace_text(50));
   expect_one_session();
 }
@@ -172,7 +172,7 @@ TEST_P(PanelRestart, AStartInTheEndOfACollectionRuns) {
              });
   });
   click(panel.cmdCollectData);
-  EXPECT_EQ(store.Sample_Count, 3 + stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 3);
   EXPECT_EQ(store.Sample_Value[4], 1);
   expect_idle();
 }
@@ -202,7 +202,7 @@ TEST_P(PanelRestart, ThousandsOfThemDoNotGrowTheStack) {
   EXPECT_EQ(restarts, 3000);
   EXPECT_LE(deepest, 3);
   EXPECT_LT(highest - lowest, 64 * 1024);
-  EXPECT_EQ(store.Sample_Count, 12 + stopped_pass());
+  EXPECT_EQ(store.Sample_Count, 12);
   expect_one_session();
 }
 

@@ -168,8 +168,6 @@ struct PanelProgram : TestProgram {
     expect_idle();
     EXPECT_EQ(store.Usb_Open, 0);
   }
-  // What a stopped collection still counts behind its stop.
-  std::int32_t stopped_pass() const { return opened->model.counts_stopped_pass ? 1 : 0; }
   // The session that a timed run leaves.
   Flag usb_open_after_sampling() const {
     const SessionEnd end = opened->model.sampling_session_end;
