@@ -409,16 +409,64 @@ TEST_F(Kvt71338Measuring, WhatALoopSendsFollowsItsBoxes) {
 TEST_F(Kvt71338Measuring, ACollectionBegunAnewSendsItsTriggersAnew) {
   make_ready();
   click(panel->OptITime(4));
-  std::int32_t commands = 0;
-  collect(12, [&] {
+  panel->txtInterval.Text = "100";
+  ByteLists anew;
+  store.Sample_Count = 0;
+  at_yield(count_reaches(12), [&] {
     forget_traffic();
     forms::user::enter(panel->txtInterval);
-    commands = static_cast<std::int32_t>(writes().size());
     EXPECT_EQ(store.Sample_Count, 0);
+    at_yield(count_reaches(1), [&] {
+      anew = sent();
+      at_yield(count_reaches(3), clicking(panel->cmdStopData));
+    });
   });
-  EXPECT_EQ(commands, 2);
+  click(panel->cmdCollectData);
+  const ByteLists wanted{{0, 0x88, 0x80}, {0, 0x88, 0x80}, {2, 0x89, 1}};
+  ASSERT_GE(anew.size(), wanted.size());
+  EXPECT_EQ(ByteLists(anew.begin(), anew.begin() + 3), wanted);
   EXPECT_TRUE(user.errors.empty());
-  EXPECT_EQ(store.Usb_Open, 0);
+}
+
+// Also while the first triggers go out: at each yield from the click on in turn.
+TEST_F(Kvt71338Measuring, ItIsBegunAnewAtAnyYieldOfItsStart) {
+  make_ready();
+  click(panel->OptITime(4));
+  click(panel->OptMeasQty(1));
+  panel->txtInterval.Text = "100";
+  bool started = false;
+  int sent_before = 0;
+  for (int offset = 0; !started; ++offset) {
+    SCOPED_TRACE(offset);
+    user.yields_left = 5'000'000;
+    forget_traffic();
+    store.Sample_Count = 0;
+    int yields = -1;
+    bool entered = false;
+    user.at_yield = [&] {
+      // The connecting alone is ten thousand yields.
+      if (store.Man_Usb_Conn != 0 && !entered && ++yields == offset) {
+        entered = true;
+        started = store.Sample_Count > 0;
+        sent_before = static_cast<int>(sent().size());
+        program.runtime.post([&] { forms::user::enter(panel->txtInterval); });
+        at_yield([&] { return store.Collections % 2 == 0 && store.Sample_Count >= 2; },
+                 clicking(panel->cmdStopData));
+      }
+    };
+    store.Collections = 0;
+    click(panel->cmdCollectData);
+    user.at_yield = nullptr;
+    EXPECT_EQ(store.Collections, 2);
+    EXPECT_EQ(calls("WDU_VB_Init"), 1u);
+    EXPECT_GE(writes().size(), 6u);  // the first three of the new one, and those behind its pass
+    EXPECT_TRUE(user.errors.empty());
+    EXPECT_EQ(store.Sample_Run, 0);
+    EXPECT_EQ(store.Usb_Open, 0);
+    EXPECT_TRUE(panel->cmdCollectData.Enabled);
+    if (HasFailure()) break;
+  }
+  EXPECT_GT(sent_before, 3);
 }
 
 // --- the time base ---

@@ -1,5 +1,6 @@
 // The two sampling loops of a sensor panel, their stop buttons, and the interval that paces them.
 #include <array>
+#include <utility>
 
 #include "panels/common/sensor_panel.h"
 #include "waveform/trace.h"
@@ -86,7 +87,6 @@ void SensorPanel::cmdCollectData_Click() {
     // from here on. No second loop runs on top of it, so restarts don't grow the stack.
     start_collection(interval_ms);
     begun_anew_ = true;
-    collection_connected();
     return;
   }
   const std::optional<forms::RunTimeError> error = collect(interval_ms);
@@ -116,6 +116,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
        std::initializer_list<forms::Control*>{&Label6, &Label14, &txtTime1, &txtTime3}) {
     control->Visible = true;
   }
+  begins_ = true;
   last_mark_ = timeGetTime();
   due_ = last_mark_ + interval_ms_;
 }
@@ -139,7 +140,6 @@ std::optional<forms::RunTimeError> SensorPanel::collect(std::int32_t interval_ms
   } const on_stack(*this);
   start_collection(interval_ms);
   hold_session();
-  collection_connected();
   try {
     while (store.Sample_Run == true_flag && loaded()) collection_pass();
   } catch (const forms::RunTimeError& error) {
@@ -151,7 +151,11 @@ std::optional<forms::RunTimeError> SensorPanel::collect(std::int32_t interval_ms
 void SensorPanel::collection_pass() {
   begun_anew_ = false;
   try {
-    whole_pass();
+    if (std::exchange(begins_, false)) {
+      collection_connected();
+    } else {
+      whole_pass();
+    }
   } catch (const Overtaken&) {
     // What waited for the pass that was left waits for the next one.
     for (const auto pending : deferred_work_flags) {

@@ -169,6 +169,7 @@ class SensorPanel : public BusPanel {
 
   bool collecting_ = false;       // the real-time loop, or its start, is on the stack
   bool begun_anew_ = false;       // a collection began since the loop's pass began
+  bool begins_ = false;           // it hasn't had its first pass
   int loop_depth_ = 0;            // handlers on the stack where the real-time loop runs
   std::int32_t interval_ms_ = 0;  // pace of the collection
   std::int64_t last_mark_ = 0;    // timeGetTime of the last trigger

@@ -106,11 +106,9 @@ Measurement frmKVT71338::measure() {
   const bool time_base = OptGraph(2).Value;
   const Route route =
       time_base ? Route{.out_pipe = store.I2C_Pipe, .transfers = Transfers::fast} : sensor_route();
-  send({count_bytes, store.I2C_RdAdr, map::data_register}, route);
-  receive(count_reply, route);
+  exchange({count_bytes, store.I2C_RdAdr, map::data_register}, count_reply, route);
   const std::int32_t count = reply_word(1);
   const Measurement result{.value = count, .raw = count, .reading = count};
-  if (overtaken()) return result;
   const std::string shown = forms::Format(count, "#######");
   if (time_base) {
     txtTimeBaseReading.Text = shown;
