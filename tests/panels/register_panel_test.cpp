@@ -24,14 +24,11 @@ const PanelModel rehearsal{.form_name = "frmRehearsal",
                            .write_address = AddressForm::read};
 
 constexpr std::array<RegisterWrite, 3> rehearsal_writes{
-    {{.register_number = 0,
-      .pending = &Store::PendingWriteR0,
+    {{.pending = &Store::PendingWriteR0,
       .disconnect = RegisterWrite::Disconnect::before_read_back,
       .yields_before = 2},
-     {.register_number = 1, .pending = &Store::PendingWriteR1, .yields_before = 3, .only_with_events = true},
-     {.register_number = 2,
-      .pending = &Store::PendingIntHigh,
-      .disconnect = RegisterWrite::Disconnect::never}}};
+     {.pending = &Store::PendingWriteR1, .yields_before = 3, .only_with_events = true},
+     {.pending = &Store::PendingIntHigh, .disconnect = RegisterWrite::Disconnect::never}}};
 
 class Rehearsal final : public RegisterPanel {
  public:

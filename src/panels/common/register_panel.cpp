@@ -54,7 +54,7 @@ void RegisterPanel::write_register(int register_number) {
   DoEvents(write.yields_before);
   connect_by_rule();
   const std::uint8_t value = byte_of_box(register_number);
-  store.RegImage.at(write.register_number) = value;
+  store.RegImage.at(register_number) = value;
   register_write(register_number, value);
   flip_lamp(write_lamp(register_number));
   if (write.disconnect == RegisterWrite::Disconnect::before_read_back) disconnect_by_rule();

@@ -18,7 +18,6 @@ namespace varzelin {
 struct RegisterWrite {
   enum class Disconnect { behind_read_back, before_read_back, never };
 
-  std::uint8_t register_number;
   Flag Store::*pending;  // cleared once it was written
   Disconnect disconnect = Disconnect::behind_read_back;
   int yields_before = 0;

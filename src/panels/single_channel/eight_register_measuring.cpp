@@ -8,8 +8,6 @@ namespace {
 
 namespace map = registers::kvt71344;
 
-constexpr int results_reply = 5;
-constexpr int sync_lamp = 12;
 // The ratio of light count and cycle count is shown on a scale of 15 bits.
 constexpr double ratio_scale = 32768;
 

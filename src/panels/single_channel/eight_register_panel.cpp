@@ -12,11 +12,9 @@ constexpr int limits_read_lamp = 4;   // and the one behind it
 constexpr int command_read_lamp = 6;  // and the one behind it
 constexpr int compare_lamp = 4;       // of R0 to R3
 constexpr int results_read_lamp = 8;
-constexpr int sync_lamp = 12;
 
 constexpr int written_registers = 4;
 constexpr int register_pair_reply = 3;
-constexpr int results_reply = 5;
 
 constexpr const char* gain_tip = "Set the Lux Sensitivity Gain  / Level.";
 

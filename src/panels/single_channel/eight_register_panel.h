@@ -64,6 +64,10 @@ class EightRegisterPanel final : public RegisterPanel {
   bool sensor_answered() override;
 
  private:
+  // Light count and cycle count, two bytes each, behind the status.
+  static constexpr int results_reply = 5;
+  static constexpr int sync_lamp = 12;  // element of ShpInd
+
   bool in_reset() const;
   bool powered_down() const;
   // Says why no measurement may start; true when one may.

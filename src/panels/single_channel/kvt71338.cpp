@@ -13,7 +13,6 @@ constexpr int written_lamp = 0;
 constexpr int read_lamp = 4;
 constexpr int adc_lamp = 8;         // and the one behind it
 constexpr int time_base_lamp = 10;  // and the one behind it
-constexpr int sync_lamp = 12;
 // Elements of txtRegRd, each with the one behind it.
 constexpr int adc_box = 4;
 constexpr int time_base_box = 6;

@@ -60,6 +60,8 @@ class frmKVT71338 final : public RegisterPanel {
   bool sensor_answered() override;
 
  private:
+  static constexpr int sync_lamp = 12;  // element of ShpInd
+
   bool powered() const;
   // Reads the data pair into two boxes, and turns their lamps over.
   void read_data_pair(int first_box, int first_lamp);

@@ -8,8 +8,6 @@ namespace {
 
 namespace map = registers::kvt71338;
 
-constexpr int sync_lamp = 12;
-
 std::int32_t milliseconds(const TextBox& box) {
   return forms::CLng(forms::Val(box.Text));
 }

@@ -16,6 +16,6 @@ const PanelModel kvt71338_model{
 };
 
 const std::array<RegisterWrite, 1> kvt71338_writes{
-    {{0, &Store::PendingWriteR0, RegisterWrite::Disconnect::before_read_back}}};
+    {{&Store::PendingWriteR0, RegisterWrite::Disconnect::before_read_back}}};
 
 }  // namespace varzelin
