@@ -4,29 +4,18 @@
 
 #include <algorithm>
 
-#include "boards/usb/usb_board.h"
 #include "support/panel_fixture.h"
-#include "usb/emulated_usb.h"
+#include "usb/program_on_usb.h"
 
 namespace varzelin::testing {
 namespace {
 
-struct PanelOnTheUsb : ::testing::TestWithParam<std::string> {
-  usb_testing::EmulatedBoard board;
-  usb_testing::EmulatedUsb usb;
-  forms::SystemClock clock;
-  boards::UsbBoard driver;
-  TestFrontEnd user;
-  Recorder recorder;
-  Program program{clock, driver, user};
-  Store& store = program.store;
+struct PanelOnTheUsb : ::testing::TestWithParam<std::string>, ProgramOnTheUsb {
   SensorPanel* panel = nullptr;
 
   void SetUp() override {
-    if (!usb.possible()) GTEST_SKIP() << "umockdev's library is not preloaded (run this test through ctest)";
-    driver.observer = &recorder;
-    add_forms(program);
-    start(program);
+    start_program();
+    if (IsSkipped()) return;
     const auto row = std::ranges::find(model_list, GetParam(), &ModelRow::panel);
     plug(row->text);
     auto& list = program.forms.touch<frmStartup>().cboDeviceSelect;
@@ -37,10 +26,6 @@ struct PanelOnTheUsb : ::testing::TestWithParam<std::string> {
     if (entry != measuring_by_panel.end()) entry->second(*panel);
     panel->txtInterval.Text = "5";
   }
-  void plug(const char* model) {
-    usb.plug(board);
-    board.brain([&](boards::SimulatedBoard& brain) { ASSERT_TRUE(brain.mount(model)); });
-  }
   // Collects until `enough`, or until the collection ends by itself.
   void collect(std::function<bool()> enough) {
     recorder.packets.clear();
@@ -50,12 +35,8 @@ struct PanelOnTheUsb : ::testing::TestWithParam<std::string> {
       program.runtime.post([this] { forms::user::click(panel->cmdStopData); });
       const auto kept_alive = std::exchange(user.at_yield, nullptr);
     };
-    program.runtime.dispatch([&] { forms::user::click(panel->cmdCollectData); });
+    click(panel->cmdCollectData);
     user.at_yield = nullptr;
-  }
-  bool all_good() const {
-    return !recorder.packets.empty() &&
-           std::ranges::all_of(recorder.packets, [](const Packet& each) { return each.status == 0; });
   }
 };
 

@@ -1,46 +1,22 @@
 // The whole program on the USB board: the KVT71346/7 panel, on the real libusb and in real time.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
-
-#include "boards/usb/usb_board.h"
 #include "panels/single_channel/kvt71346.h"
 #include "shell/start_panel.h"
-#include "support/test_program.h"
-#include "usb/emulated_usb.h"
+#include "usb/program_on_usb.h"
 
 namespace varzelin::testing {
 namespace {
 
-struct UsbJourney : ::testing::Test {
-  usb_testing::EmulatedBoard board;
-  usb_testing::EmulatedUsb usb;
-  forms::SystemClock clock;
-  boards::UsbBoard driver;
-  TestFrontEnd user;
-  Recorder recorder;
-  Program program{clock, driver, user};
-  Store& store = program.store;
+struct UsbJourney : ::testing::Test, ProgramOnTheUsb {
   frmKVT71346* panel = nullptr;
 
-  void SetUp() override {
-    if (!usb.possible()) GTEST_SKIP() << "umockdev's library is not preloaded (run this test through ctest)";
-    driver.observer = &recorder;
-    add_forms(program);
-    start(program);
-  }
-  void plug() {
-    usb.plug(board);
-    board.brain([](boards::SimulatedBoard& brain) { ASSERT_TRUE(brain.mount("KVT71346/7")); });
-  }
+  void SetUp() override { start_program(); }
+  void plug() { ProgramOnTheUsb::plug("KVT71346/7"); }
   void choose_the_model() {
     auto& list = program.forms.touch<frmStartup>().cboDeviceSelect;
     program.runtime.dispatch([&] { forms::user::click_row(list, 0); });
     panel = &program.forms.touch<frmKVT71346>();
-  }
-  void click(forms::Control& control) {
-    program.runtime.dispatch([&] { forms::user::click(control); });
   }
   // Runs `action` once, as an event of the first yield at which `when` holds.
   void at_yield(std::function<bool()> when, std::function<void()> action) {
@@ -68,9 +44,6 @@ struct UsbJourney : ::testing::Test {
     while ((store.Usb_Attached != 0) != attached && clock.milliseconds() < give_up)
       program.runtime.DoEvents();
     return (store.Usb_Attached != 0) == attached;
-  }
-  bool all_good() const {
-    return std::ranges::all_of(recorder.packets, [](auto& each) { return each.status == 0; });
   }
 };
 
