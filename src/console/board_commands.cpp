@@ -69,7 +69,7 @@ void unmount(SimulatedBoard& board, Arguments& arguments, Json&) {
 }
 
 void scene(SimulatedBoard& board, Arguments& arguments, Json&) {
-  const std::string what = arguments.text("light|ir|distance");
+  const std::string what = arguments.text("light|ir|distance|resistor");
   const double value = arguments.number("VALUE");
   arguments.end();
   if (what == "light") {
@@ -78,6 +78,9 @@ void scene(SimulatedBoard& board, Arguments& arguments, Json&) {
     board.scene().ir_counts = value;
   } else if (what == "distance") {
     board.scene().distance_mm = value;
+  } else if (what == "resistor") {
+    if (value <= 0) throw Refused{"out of range: a resistor without ohms"};
+    board.scene().external_resistor_ohms = value;
   } else {
     throw Refused{"no such part of the scene: " + what};
   }

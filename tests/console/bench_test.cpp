@@ -81,17 +81,21 @@ TEST_F(ConsoleBoard, MountAndUnmount) {
 }
 
 TEST_F(ConsoleBoard, SceneAndNoise) {
-  EXPECT_EQ(run({"board scene light 12.5", "board scene ir 3", "board scene distance 40", "board noise 2"}),
-            (Lines{"ok", "ok", "ok", "ok"}));
+  EXPECT_EQ(run({"board scene light 12.5", "board scene ir 3", "board scene distance 40",
+                 "board scene resistor 250000", "board noise 2"}),
+            Lines(5, "ok"));
   EXPECT_EQ(board.scene().light_lux, 12.5);
   EXPECT_EQ(board.scene().ir_counts, 3);
   EXPECT_EQ(board.scene().distance_mm, 40);
+  EXPECT_EQ(board.scene().external_resistor_ohms, 250000);
   EXPECT_EQ(board.noise(), 2);
   EXPECT_EQ(run({"board scene heat 1", "board scene light", "board scene light x", "board scene light 1 2",
-                 "board noise -1", "board noise"}),
+                 "board scene resistor 0", "board noise -1", "board noise"}),
             (Lines{"error no such part of the scene: heat", "error missing argument: VALUE",
                    "error not a number: x", "error too many arguments: 2",
-                   "error out of range: a width below 0", "error missing argument: COUNTS"}));
+                   "error out of range: a resistor without ohms", "error out of range: a width below 0",
+                   "error missing argument: COUNTS"}));
+  EXPECT_EQ(board.scene().external_resistor_ohms, 250000);
 }
 
 TEST_F(ConsoleBoard, Registers) {
