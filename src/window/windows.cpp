@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "boards/simulated/simulated_board.h"
+#include "forms/user.h"
 #include "window/bench_window.h"
 #include "window/bus_trace_window.h"
 #include "window/form_window.h"
@@ -23,6 +24,14 @@ constexpr std::array reachable{
     Reachable{"frmGPIO", "&GPIO Panel"},
     Reachable{"frmScriptOps", "&Script Panel"},
 };
+
+// Double clicks that turn a window's layout, which nothing in it tells of.
+struct Turnable {
+  const char* form;
+  const char* control;
+  const char* text;
+};
+constexpr std::array turnable{Turnable{"frmKVT71338", "Label13", "&Full or Short Layout"}};
 
 void bring_forward(QWidget& window) {
   window.showNormal();
@@ -66,7 +75,7 @@ QWidget* Windows::front_window() const {
 
 FormWindow& Windows::make_window(forms::Form& form) {
   auto& form_window = windows_[&form];
-  form_window = std::make_unique<FormWindow>(form, title_suffix_, entries());
+  form_window = std::make_unique<FormWindow>(form, title_suffix_, entries(form));
   // The window may be gone when its turn comes.
   const auto later = [this, name = form.name()](void (Windows::*act)(FormWindow&)) {
     return [this, name, act] {
@@ -137,7 +146,7 @@ void Windows::end_if_faceless() {
   if (!program_has_face() && program_.runtime.handlers_on_stack() == 0) program_.runtime.end();
 }
 
-std::vector<WindowEntry> Windows::entries() {
+std::vector<WindowEntry> Windows::entries(forms::Form& of_window) {
   std::vector<WindowEntry> list;
   for (const Reachable& each : reachable) {
     if (!program_.forms.knows(each.form)) continue;
@@ -147,6 +156,15 @@ std::vector<WindowEntry> Windows::entries() {
   }
   list.push_back({"Bus &trace", [this] { open_bus_trace(); }});
   if (bench_) list.push_back({"Simulated &Bench", [this] { bring_forward(*bench_); }});
+  for (const Turnable& each : turnable) {
+    if (of_window.name() != each.form) continue;
+    list.push_back({each.text, [this, each] {
+                      program_.runtime.post([this, each] {
+                        if (FormWindow* still_there = window_of(each.form))
+                          forms::user::double_click(*still_there->form().find(each.control));
+                      });
+                    }});
+  }
   return list;
 }
 

@@ -56,7 +56,7 @@ class Windows {
 
  private:
   FormWindow& make_window(forms::Form& form);
-  std::vector<WindowEntry> entries();
+  std::vector<WindowEntry> entries(forms::Form& of_window);
   void open(const std::string& form_name);
   void open_bus_trace();
   void close_by_user(FormWindow& form_window);

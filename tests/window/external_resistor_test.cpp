@@ -73,6 +73,17 @@ TEST_F(ExternalResistorWindow, OpensShortAndTurnsByADoubleClick) {
   EXPECT_EQ(pages_on_screen(), short_pages);
 }
 
+TEST_F(ExternalResistorWindow, TheWindowsMenuTurnsTheLayoutToo) {
+  ASSERT_TRUE(entry(form, "Full or Short Layout"));
+  for (const bool full : {true, false}) {
+    entry(form, "Full or Short Layout")->trigger();
+    turn();
+    EXPECT_EQ(visible("FrmDevice"), full);
+  }
+  show("frmGPIO");
+  EXPECT_FALSE(entry("frmGPIO", "Full or Short Layout"));
+}
+
 TEST_F(ExternalResistorWindow, FitsASmallScreenInBothLayouts) {
   for (int layout = 0; layout < 2; ++layout) {
     click("OptITime(5)");
