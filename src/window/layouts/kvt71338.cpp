@@ -65,8 +65,8 @@ QLayout* left_column(Arranger& place) {
 // --- at the right ---
 
 QGroupBox* readings(Arranger& place) {
-  for (const char* name : {"Label28", "txtCaclulated_Lux", "Label16", "txtTimeBaseReading", "Label17",
-                           "txtReading2", "Label6", "txtTime3", "Label14", "txtTime1"}) {
+  for (const char* name : {"Label28", "txtCaclulated_Lux", "Label16", "txtTimeBaseReading", "Label6",
+                           "txtTime3", "Label14", "txtTime1"}) {
     place.keep_room(place(name));
   }
   const auto value = [&](const char* label, const char* box) {
@@ -79,16 +79,22 @@ QGroupBox* readings(Arranger& place) {
                                 value("Label6", "txtTime3"), value("Label14", "txtTime1")}));
 }
 
-QLayout* right_column(Arranger& place) {
-  constexpr int scale_digits = 6;
-  const auto scale = [&](const char* label, const char* box) {
-    return place.field(label, place.digits(scale_digits, place(box))).widget;
+// The chart's scales, those of the counts below those of the lux.
+QGroupBox* both_scales(Arranger& place) {
+  const auto scale = [&](const char* label, const char* box, int digits) {
+    return place.field(label, place.digits(digits, place(box))).widget;
   };
-  QWidget* maximum = scale("lblScale2", "txtScale2");
-  QWidget* minimum = scale("lblScaleMin2", "txtScaleMin2");
-  return column({sampling_group(place), readings(place), chart_group(place),
-                 row({place("lblScale2"), maximum, Part::room(), place("lblScaleMin2"), minimum}),
-                 Part::room(), closing_row(place)});
+  QWidget* maximum = scale("lblScale2", "txtScale2", 6);
+  QWidget* minimum = scale("lblScaleMin2", "txtScaleMin2", 5);
+  QGroupBox* chart = chart_group(place);
+  static_cast<QBoxLayout*>(chart->layout())
+      ->insertLayout(1, row({place("lblScale2"), maximum, Part::room(), place("lblScaleMin2"), minimum}));
+  return chart;
+}
+
+QLayout* right_column(Arranger& place) {
+  return column(
+      {sampling_group(place), readings(place), both_scales(place), Part::room(), closing_row(place)});
 }
 
 // --- below the chart ---
@@ -100,18 +106,22 @@ QLayout* value(Arranger& place, const char* label, const char* box, int digits =
 }
 
 QGroupBox* calculator(Arranger& place) {
+  constexpr int ohm_digits = 6;
+  constexpr int count_digits = 5;
+  constexpr int time_digits = 7;
   constexpr int factor_digits = 18;
-  QGroupBox* resistor =
-      place.frame("Frame2", row({elements(place, "OptREXT", 3), value(place, "lblREXT", "txtREXT"),
-                                 value(place, "lblRREF", "txtRREF")}));
+  QGroupBox* resistor = place.frame(
+      "Frame2", row({elements(place, "OptREXT", 3), value(place, "lblREXT", "txtREXT", ohm_digits),
+                     value(place, "lblRREF", "txtRREF", ohm_digits)}));
   QGroupBox* oscillator = place.frame("Frame3", row({value(place, "lblFOSC_Freq", "txtFOSC_Freq"),
                                                      value(place, "lblFoscPeriod", "txtFoscPeriod")}));
   QGroupBox* integration = place.frame(
-      "Frame5", row({value(place, "lblClockCounts2", "txtClockCounts2"),
-                     value(place, "lblCalcITIme", "txtCalcITIme"), value(place, "lblFSR", "txtFSR")}));
-  QGroupBox* lux =
-      place.frame("Frame6", row({value(place, "lblFSR2", "txtFSR2"), value(place, "lbl2N", "txt2N"),
-                                 value(place, "lblLFactor", "txtLFactor", factor_digits)}));
+      "Frame5",
+      row({value(place, "lblClockCounts2", "txtClockCounts2", count_digits),
+           value(place, "lblCalcITIme", "txtCalcITIme", time_digits), value(place, "lblFSR", "txtFSR")}));
+  QGroupBox* lux = place.frame(
+      "Frame6", row({value(place, "lblFSR2", "txtFSR2"), value(place, "lbl2N", "txt2N", count_digits),
+                     value(place, "lblLFactor", "txtLFactor", factor_digits)}));
   return place.frame("Frame7", column({row({{resistor, 1}, oscillator}), row({integration, {lux, 1}})}));
 }
 
