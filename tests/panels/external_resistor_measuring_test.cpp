@@ -98,6 +98,32 @@ TEST_F(Kvt71338Measuring, TheTimerReadsAndLooksAtNothing) {
   EXPECT_EQ(store.Usb_Open, 0);
 }
 
+// A held session keeps the yields of the connecting out.
+TEST_F(Kvt71338Measuring, ItYieldsBeforeTheReadOfTheButtonAndBehindThePollAndTheTest) {
+  make_ready();
+  click(workbench().ChKManUsbConn);
+  click(workbench().cmdUSBConnect);
+  bool yielded = false;
+  const auto post = [&] {
+    yielded = false;
+    program.runtime.post([&] { yielded = true; });
+  };
+  forget_traffic();
+  recorder.before_call = [&] { EXPECT_TRUE(yielded || !recorder.calls.empty()); };
+  program.runtime.dispatch([&] {
+    post();
+    panel->cmdSetControl_Click();
+  });
+  EXPECT_FALSE(recorder.calls.empty());
+  recorder.before_call = post;  // the last one counts
+  program.runtime.dispatch([&] {
+    panel->TimerIPol_Timer();
+    EXPECT_TRUE(yielded);
+    panel->OptMode_Click();
+    EXPECT_TRUE(yielded);
+  });
+}
+
 // --- timed ---
 
 TEST_F(Kvt71338Measuring, SamplingIsRefusedWithoutPower) {
@@ -178,6 +204,7 @@ TEST_F(Kvt71338Measuring, UnderExternalTimingATriggerIsASync) {
     EXPECT_EQ(out[pass], (std::vector{0, 0x88, 0x80}));
     EXPECT_EQ(out[pass + 1], (std::vector{4, 0x89, 1}));
   }
+  EXPECT_NE(panel->ShpInd(12).FillColor.get(), lamp(0));
 }
 
 TEST_F(Kvt71338Measuring, ATimedRunDoesTheWriteAloneOfWhatWaits) {
@@ -260,6 +287,13 @@ TEST_F(Kvt71338Measuring, AStartEmptiesTheReadings) {
   };
   collect(2);
   EXPECT_TRUE(empty);
+}
+
+TEST_F(Kvt71338Measuring, AStartEndsThePolling) {
+  make_ready();
+  panel->TimerIPol.Enabled = true;
+  collect(2);
+  EXPECT_FALSE(panel->TimerIPol.Enabled);
 }
 
 TEST_F(Kvt71338Measuring, InfraredShowsNoLux) {

@@ -98,6 +98,8 @@ TEST_F(Kvt71338Options, TheFlagOfTheRangeStays) {
 // --- how it has loaded ---
 
 TEST_F(Kvt71338Options, LoadsAtTwelveBitsWithVisibleLightAndCompact) {
+  click(panel->calculator.OptREXT(2));
+  click(panel->OptGain(2));
   program.forms.unload(*panel, 0);
   forget_traffic();
   panel = &program.forms.touch<frmKVT71338>();
@@ -161,7 +163,8 @@ TEST_F(Kvt71338Options, ItsCaptions) {
                                                     {"cmdRead_ADC", "Read ADC "},
                                                     {"cmdReadTB", "Read T.B. Counter"},
                                                     {"cmdSync", "Send Sync"},
-                                                    {"lblSync", "Sync &&h80"}};
+                                                    {"lblSync", "Sync &&h80"},
+                                                    {"Label16", "Time Base Counter"}};
   std::size_t found = 0;
   for (const forms::Control* control : panel->controls()) {
     const auto entry = captions.find(control->full_name());
@@ -183,6 +186,7 @@ TEST_F(Kvt71338Options, ItsCaptions) {
   EXPECT_EQ(panel->cmdSync.ToolTipText, "Send Start /Stop Integration to ADC. Used when in External Timing");
   EXPECT_FALSE(panel->OptMode.has(0));
   EXPECT_FALSE(panel->txtRegHex.has(1));
+  EXPECT_FALSE(panel->txtSampleByte.has(5));
   EXPECT_EQ(panel->txtOneShotDelay.Text, "5");
   EXPECT_EQ(panel->txtDelaySync(0).Text, "5");
   EXPECT_EQ(panel->txtDelaySync(1).Text, "5");
@@ -213,10 +217,13 @@ TEST_F(Kvt71338Options, TheIntegrationTimeSetsCountsIntervalAndScales) {
   for (const IntegrationTime& time : integration_times) {
     SCOPED_TRACE(time.index);
     panel->txtInterval.Text = "55";
+    store.GraphUnit1 = store.GraphUnit2 = "Scaled";
     click(panel->OptITime(time.index));
     EXPECT_EQ(panel->calculator.txt2N.Text, time.full_count_text);
     EXPECT_EQ(store.FullCount, time.full_count);
     EXPECT_EQ(panel->txtInterval.Text, time.interval);
+    EXPECT_EQ(panel->calculator.txtClockCounts2.Text,
+              time.full_count == 0 ? "" : std::to_string(time.full_count));
     EXPECT_EQ(panel->calculator.txtCalcITIme.Text, time.integration_ms);
     EXPECT_EQ(panel->txtScale2.Text, time.scale);
     EXPECT_EQ(panel->txtScale.Text, "1000");
@@ -322,12 +329,14 @@ TEST_F(Kvt71338Options, TheResistorWidensTheRanges) {
     int index;
     std::int32_t ohms;
     const char* khz;
+    const char* period_ms;
     std::array<const char*, 4> captions;
   };
   click(panel->OptGain(1));
-  for (const Resistor& resistor : {Resistor{1, 250000, "1310.000", {"2000", "8000", "32000", "128000"}},
-                                   {2, 100000, "3275.000", {"5000", "20000", "80000", "320000"}},
-                                   {0, 500000, "655.000", {"1000", "4000", "16000", "64000"}}}) {
+  for (const Resistor& resistor :
+       {Resistor{1, 250000, "1310.000", ".000763", {"2000", "8000", "32000", "128000"}},
+        {2, 100000, "3275.000", ".000305", {"5000", "20000", "80000", "320000"}},
+        {0, 500000, "655.000", ".001527", {"1000", "4000", "16000", "64000"}}}) {
     SCOPED_TRACE(resistor.ohms);
     forget_traffic();
     click(panel->calculator.OptREXT(resistor.index));
@@ -335,6 +344,7 @@ TEST_F(Kvt71338Options, TheResistorWidensTheRanges) {
     EXPECT_EQ(panel->calculator.txtREXT.Text, std::to_string(resistor.ohms));
     EXPECT_EQ(panel->calculator.txtRREF.Text, "500000");
     EXPECT_EQ(panel->calculator.txtFOSC_Freq.Text, resistor.khz);
+    EXPECT_EQ(panel->calculator.txtFoscPeriod.Text, resistor.period_ms);
     for (int i = 0; i < 4; ++i) {
       EXPECT_EQ(panel->OptGain(i).Caption, resistor.captions[static_cast<std::size_t>(i)]);
     }
@@ -511,15 +521,22 @@ TEST_F(Kvt71338Options, ADoubleClickTurnsBetweenTheLayouts) {
   expect(coming_and_going, true);
   expect(only_going, false);
   click(panel->OptITime(5));
-  panel->cmdRead_All.Visible = true;
+  for (forms::Control* hidden : std::initializer_list<forms::Control*>{
+           &panel->cmdRead_All, &panel->cmdSetIntHigh, &panel->cmdSetIntLow}) {
+    hidden->Visible = true;
+  }
   toggle();
   EXPECT_EQ(store.LayoutCompact, -1);
   expect(coming_and_going, false);
   expect(only_going, false);
   toggle();
   expect(only_going, false);
+  toggle();
+  // What the short layout was given meanwhile stays.
   click(panel->OptITime(5));
+  toggle();
   EXPECT_TRUE(panel->Label16.Visible);
+  EXPECT_TRUE(panel->txtTimeBaseReading.Visible);
   EXPECT_EQ(panel->Label13.Caption, "USB Comm");
 }
 
