@@ -30,6 +30,7 @@ void RealTimePasses(benchmark::State& state, const Subject& panel) {
 }
 BENCHMARK_CAPTURE(RealTimePasses, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RealTimePasses, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RealTimePasses, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 
 void LoadPanel(benchmark::State& state, const Subject& panel) {
   Core core(panel);
@@ -37,6 +38,7 @@ void LoadPanel(benchmark::State& state, const Subject& panel) {
 }
 BENCHMARK_CAPTURE(LoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LoadPanel, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 
 // The full width, every column different from its neighbours by a few rows.
 void ScrollTrace(benchmark::State& state) {

@@ -39,6 +39,8 @@ inline constexpr Subject kvt71346{"frmKVT71346", [](SensorPanel& panel) {
                                   }};
 // Under external timing it takes both readings, and its ratio goes on the chart.
 inline constexpr Subject kvt71344{"frmKVT71344", [](SensorPanel& panel) { click(panel, "ChkCommand", 2); }};
+// Continuous: each pass shows a count, and what it is in lux.
+inline constexpr Subject kvt71338{"frmKVT71338", [](SensorPanel& panel) { click(panel, "OptMeasQty", 0); }};
 
 struct ProgramUnderTest {
   explicit ProgramUnderTest(forms::FrontEnd& front_end) : program(clock, board, front_end) {

@@ -41,6 +41,7 @@ void WindowRealTimePasses(benchmark::State& state, const Subject& panel) {
 }
 BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 
 void WindowLoadPanel(benchmark::State& state, const Subject& panel) {
   InWindow window(panel);
@@ -51,6 +52,7 @@ void WindowLoadPanel(benchmark::State& state, const Subject& panel) {
 }
 BENCHMARK_CAPTURE(WindowLoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WindowLoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowLoadPanel, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 
 // The grid with its 1000 rows is on screen while they run.
 void WindowRunScriptOf1000Reads(benchmark::State& state) {
