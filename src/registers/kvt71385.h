@@ -1,40 +1,17 @@
 // The nine registers of KVT71385, KVT71388, KVT71390 and KVT71392.
 #pragma once
 
-#include "registers/register_map.h"
+#include "registers/shared_converter.h"
 
 namespace registers::kvt71385 {
 
-inline constexpr std::uint8_t operation_register = 0;
-inline constexpr std::uint8_t configuration_register = 1;
-inline constexpr std::uint8_t result_register = 2;      // low byte, high byte behind it
+using namespace shared_converter;
+
 inline constexpr std::uint8_t low_limit_register = 4;   // low byte, high byte behind it
 inline constexpr std::uint8_t high_limit_register = 6;  // low byte, high byte behind it
 // For the maker's tests; the first revision wants it at 1 in the proximity modes.
 inline constexpr std::uint8_t test_register = 8;
 
-// Starts an integration under external timing.
-inline constexpr Command sync{0x80, "Sync"};
-
-// Values of the operation field; 4 has no meaning.
-enum Operation : std::uint8_t {
-  power_down = 0,
-  als_once = 1,
-  ir_once = 2,
-  proximity_once = 3,
-  als_continuous = 5,
-  ir_continuous = 6,
-  proximity_continuous = 7,
-};
-
-inline constexpr Field operation{0,
-                                 5,
-                                 3,
-                                 "Operation",
-                                 {"power down", "ALS once", "IR once", "proximity once", "reserved",
-                                  "ALS continuous", "IR continuous", "proximity continuous"}};
-inline constexpr Field external_timing{0, 4, 1, "Timing", {"internal", "external"}};
-inline constexpr Field time_base{0, 3, 1, "Measurement", {"ADC", "time base"}};
 // Cleared by being read.
 inline constexpr Field interrupt_flag{0, 2, 1, "Interrupt", {"none", "pending"}};
 // How many conversions in a row have to be outside the limits.
@@ -44,8 +21,6 @@ inline constexpr Field persistence{0, 0, 2, "Persistence", {"1 trip", "4 trips",
 inline constexpr Field scheme{1, 7, 1, "Proximity scheme", {"scheme 0", "scheme 1"}};
 inline constexpr Field modulation{1, 6, 1, "Emitter modulation", {"DC", "327.7 kHz"}};
 inline constexpr Field current{1, 4, 2, "Emitter current", {"12.5 mA", "25 mA", "50 mA", "100 mA"}};
-inline constexpr Field width{1, 2, 2, "Converter width", {"16 bits", "12 bits", "8 bits", "4 bits"}};
-inline constexpr Field range{1, 0, 2, "Range", {"1000 lux", "4000 lux", "16000 lux", "64000 lux"}};
 
 inline constexpr auto kvt71385_map = checked(
     RegisterMap<9, 17>{.registers = {{{"R0", "operation"},
