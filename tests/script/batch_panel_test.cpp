@@ -167,7 +167,6 @@ TEST_F(BatchPanel, PlugPulledAtEveryTransfer) {
     bench.workbench();
     auto& batch = bench.form<ALS_Batch>();
     bench.board.mount("KVT71374");
-    bench.board.set_register(2, 50);
     bench.board.unplug_after(after);
     bench.click(batch.cmdScript1);
     EXPECT_FALSE(bench.board.plugged());
@@ -176,11 +175,10 @@ TEST_F(BatchPanel, PlugPulledAtEveryTransfer) {
       bench.program.runtime.dispatch([&] { bench.workbench().cmdUSBDisconnect_Click(); });
     }
     bench.board.plug();
-    bench.board.set_register(2, 50);
     bench.user.errors.clear();
     bench.click(batch.cmdScript1);
     EXPECT_TRUE(bench.user.errors.empty()) << after;
-    EXPECT_EQ(batch.lblALS(0).Caption, "50") << after;
+    EXPECT_EQ(batch.lblALS(0).Caption, "128") << after;
   }
 }
 

@@ -5,8 +5,8 @@
 #include "boards/simulated/sensors/kvt71338.h"
 #include "boards/simulated/sensors/kvt71344.h"
 #include "boards/simulated/sensors/kvt71346.h"
+#include "boards/simulated/sensors/kvt71374.h"
 #include "boards/simulated/sensors/kvt71385.h"
-#include "boards/simulated/sensors/register_file.h"
 
 namespace boards {
 namespace {
@@ -30,13 +30,9 @@ std::unique_ptr<Sensor> kvt71385(const Surroundings& surroundings) {
   return std::make_unique<Kvt71385>(surroundings);
 }
 
-// Registers with these values at power-on, register 0 first.
-template <std::uint8_t... PowerOn>
-std::unique_ptr<Sensor> registers(const Surroundings&) {
-  return std::make_unique<RegisterFile>(std::vector<RegisterFile::Cell>{{PowerOn}...});
+std::unique_ptr<Sensor> kvt71374(const Surroundings& surroundings) {
+  return std::make_unique<Kvt71374>(surroundings);
 }
-
-constexpr Factory two_mode = registers<0, 0, 0, 0, 0, 0>;
 
 struct Model {
   std::string_view name;
@@ -46,9 +42,9 @@ struct Model {
 constexpr std::array models{
     Model{"KVT71346/7", kvt71346}, Model{"KVT71344/5", kvt71344<Kvt71344::kvt71344>},
     Model{"KVT71388", kvt71385},   Model{"KVT71356", kvt71344<Kvt71344::kvt71356>},
-    Model{"KVT71374", two_mode},   Model{"KVT71385", kvt71385},
+    Model{"KVT71374", kvt71374},   Model{"KVT71385", kvt71385},
     Model{"KVT71338", kvt71338},   Model{"KVT71390", kvt71385},
-    Model{"KVT71376", two_mode},   Model{"KVT71392", kvt71385},
+    Model{"KVT71376", kvt71374},   Model{"KVT71392", kvt71385},
 };
 
 }  // namespace

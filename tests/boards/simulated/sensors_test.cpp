@@ -61,15 +61,14 @@ TEST_F(SimulatedSensors, RegistersStartWithTheirPowerOnValues) {
   }
 }
 
-TEST_F(SimulatedSensors, RegisterFilesStepOnAndEndAtTheLastRegister) {
-  board.mount("KVT71374");
-  i2c({4, 0x88, 4, 0x11, 0x22, 0x33, 0x44});
+TEST_F(SimulatedSensors, RegistersStepOnAndEndAtTheLast) {
+  board.mount("KVT71385");
+  i2c({4, 0x88, 7, 0x11, 0x22, 0x33, 0x44});
   EXPECT_EQ(i2c_reply(1).buffer, Bytes{6});
-  EXPECT_EQ(board.register_value(3), 0);
-  EXPECT_EQ(board.register_value(4), 0x11);
-  EXPECT_EQ(board.register_value(5), 0x22);
-  EXPECT_EQ(board.register_value(6), std::nullopt);
-  i2c({4, 0x89, 4});
+  EXPECT_EQ(board.register_value(6), 0xFF);
+  EXPECT_EQ(board.register_value(7), 0x11);
+  EXPECT_EQ(board.register_value(9), std::nullopt);
+  i2c({4, 0x89, 7});
   EXPECT_EQ(i2c_reply(5).buffer, (Bytes{4, 0x11, 0x22, 0, 0}));
 }
 

@@ -14,7 +14,7 @@ constexpr double scale = 4096;
 
 struct Crosstalk {
   double steady;
-  double modulated;
+  double modulated;  // at the lowest frequency
 };
 constexpr std::array<Crosstalk, 4> crosstalks{{{60, 30}, {140, 60}, {320, 150}, {700, 330}}};  // by current
 
@@ -28,15 +28,30 @@ constexpr double excess = 1 / 8.0;
 
 }  // namespace
 
+double duty(Modulation modulation) {
+  switch (modulation) {
+    case Modulation::khz_328:
+      return 1 / 2.0;
+    case Modulation::khz_655:
+      return 7 / 16.0;
+    case Modulation::khz_1311:
+      return 3 / 8.0;
+    case Modulation::none:
+      break;
+  }
+  return 1;
+}
+
 double crosstalk(const Emitter& emitter) {
   const Crosstalk& counts = crosstalks[static_cast<std::size_t>(emitter.current)];
-  return (emitter.modulated ? counts.modulated : counts.steady) / scale;
+  if (emitter.modulation == Modulation::none) return counts.steady / scale;
+  return counts.modulated * duty(emitter.modulation) / duty(Modulation::khz_328) / scale;
 }
 
 double reflection(const Scene& scene, const Emitter& emitter) {
-  const double duty = emitter.modulated ? 0.5 : 1;
   const double distance = std::max(0.0, scene.distance_mm) / half_distance_mm;
-  return nearest_target * (1 << emitter.current) * duty / (1 + distance * distance) / scale;
+  return nearest_target * (1 << emitter.current) * duty(emitter.modulation) / (1 + distance * distance) /
+         scale;
 }
 
 double ambient_infrared(const Scene& scene, double sensitivity) {

@@ -6,10 +6,16 @@
 
 namespace boards {
 
+// How often the emitter is switched, by its frequency in kHz.
+enum class Modulation { none, khz_328, khz_655, khz_1311 };
+
 struct Emitter {
-  int current;     // 0 to 3: 12.5, 25, 50, 100 mA
-  bool modulated;  // on half of the time
+  int current;  // 0 to 3: 12.5, 25, 50, 100 mA
+  Modulation modulation;
 };
+
+// The part of its steady light that a modulated emitter gives: on half of the time, less what its edges take.
+double duty(Modulation modulation);
 
 // Comes back from the sensor's own package, whatever is in front of it.
 double crosstalk(const Emitter& emitter);

@@ -1,5 +1,5 @@
-// A sensor with registers. By itself they hold what is written and convert nothing; a sensor that does more
-// derives from it.
+// A sensor with registers. By itself they hold what is written and convert nothing; the sensors derive from
+// it.
 #pragma once
 
 #include <span>
@@ -12,13 +12,6 @@ namespace boards {
 
 class RegisterFile : public Sensor {
  public:
-  struct Cell {
-    std::uint8_t value;            // at power-on
-    std::uint8_t writable = 0xFF;  // the bits that the bus can change
-  };
-
-  // Register 0 first.
-  explicit RegisterFile(std::vector<Cell> power_on) : cells_(std::move(power_on)) {}
   // As the map has them.
   explicit RegisterFile(std::span<const registers::Register> map);
   // `flag` is what only the sensor changes in a register that the host writes.
@@ -43,6 +36,11 @@ class RegisterFile : public Sensor {
   void set_pair(std::uint8_t address, std::uint16_t value);
 
  private:
+  struct Cell {
+    std::uint8_t value;
+    std::uint8_t writable;  // the bits that the bus can change
+  };
+
   // The bus or the bench has written this register.
   virtual void register_written(std::uint8_t) {}
   // The bus reads this register: what it gets.

@@ -119,7 +119,7 @@ TEST_F(SimulatedKvt71385Interrupt, AWriteNeitherSetsNorClearsTheFlag) {
 }
 
 TEST_F(SimulatedKvt71385Interrupt, LightAndInfraredAreComparedFromZeroWhateverTheScheme) {
-  for (const std::uint8_t others : {std::uint8_t{0}, scheme1}) {
+  for (const int others : {0, +scheme1}) {
     for (const std::uint8_t once : {als_once, ir_once}) {
       for (int width = 0; width < 4; ++width) {
         configure(width, 0, 0, others);

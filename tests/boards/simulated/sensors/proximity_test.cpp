@@ -26,13 +26,15 @@ TEST(SimulatedProximity, CrosstalkIsThatOfCurrentAndModulation) {
   constexpr std::array half{30, 60, 150, 330};
   for (int current = 0; current < 4; ++current) {
     const auto i = static_cast<std::size_t>(current);
-    EXPECT_DOUBLE_EQ(crosstalk({current, false}) * 4096, steady[i]);
-    EXPECT_DOUBLE_EQ(crosstalk({current, true}) * 4096, half[i]);
+    EXPECT_DOUBLE_EQ(crosstalk({current, Modulation::none}) * 4096, steady[i]);
+    EXPECT_DOUBLE_EQ(crosstalk({current, Modulation::khz_328}) * 4096, half[i]);
   }
 }
 
 TEST(SimulatedProximity, ReflectionFallsWithTheSquareOfTheDistance) {
-  const auto at = [](double distance) { return reflection(target_at(distance), {0, false}) * 4096; };
+  const auto at = [](double distance) {
+    return reflection(target_at(distance), {0, Modulation::none}) * 4096;
+  };
   EXPECT_DOUBLE_EQ(at(0), 2048);
   EXPECT_DOUBLE_EQ(at(20), 1024);
   EXPECT_DOUBLE_EQ(at(40), 2048 / 5.0);
@@ -45,8 +47,20 @@ TEST(SimulatedProximity, ReflectionFallsWithTheSquareOfTheDistance) {
 
 TEST(SimulatedProximity, ReflectionDoublesWithTheCurrentAndHalvesWithModulation) {
   for (int current = 0; current < 4; ++current) {
-    EXPECT_DOUBLE_EQ(reflection(target_at(20), {current, false}) * 4096, 1024 << current);
-    EXPECT_DOUBLE_EQ(reflection(target_at(20), {current, true}) * 4096, 512 << current);
+    EXPECT_DOUBLE_EQ(reflection(target_at(20), {current, Modulation::none}) * 4096, 1024 << current);
+    EXPECT_DOUBLE_EQ(reflection(target_at(20), {current, Modulation::khz_328}) * 4096, 512 << current);
+  }
+}
+
+TEST(SimulatedProximity, FasterModulationGivesLessLight) {
+  const Scene scene = target_at(20);
+  for (int current = 0; current < 4; ++current) {
+    const Emitter slowest{current, Modulation::khz_328};
+    for (const auto& [modulation, part] :
+         {std::pair{Modulation::khz_655, 7 / 8.0}, std::pair{Modulation::khz_1311, 3 / 4.0}}) {
+      EXPECT_DOUBLE_EQ(crosstalk({current, modulation}), part * crosstalk(slowest));
+      EXPECT_DOUBLE_EQ(reflection(scene, {current, modulation}), part * reflection(scene, slowest));
+    }
   }
 }
 
@@ -64,7 +78,7 @@ TEST(SimulatedProximity, AmbientInfraredFillsTheScaleAtMost) {
 TEST(SimulatedProximity, IsTheEmittersLightWithOrWithoutTheAmbient) {
   const Scene scene{.light_lux = 1e9, .ir_counts = 800, .distance_mm = 20};
   const auto counts = [&](Ambient ambient, double sensitivity) {
-    return proximity(scene, {1, true}, ambient, sensitivity) * 4096;
+    return proximity(scene, {1, Modulation::khz_328}, ambient, sensitivity) * 4096;
   };
   EXPECT_DOUBLE_EQ(counts(Ambient::included, 1), 60 + 1024 + 800);
   EXPECT_DOUBLE_EQ(counts(Ambient::subtracted, 1), 60 + 1024 - 100);

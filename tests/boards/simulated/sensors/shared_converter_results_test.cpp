@@ -1,39 +1,42 @@
-// KVT71385 and its family: what the conversions bring, against the scene and as the panels show it.
+// KVT71374, KVT71385 and their families: what the conversions bring, against the scene and as the panels show
+// it.
 #include <algorithm>
+#include <cmath>
 
-#include "support/simulated_kvt71385_fixture.h"
+#include "support/simulated_shared_converter_fixture.h"
 
 using namespace boards;
 using namespace std::chrono_literals;
 
 namespace {
 
-class SimulatedKvt71385Results : public Kvt71385Test {
+class SimulatedConverterResults : public EachConverterFamily {
  protected:
   static constexpr std::array<int, 4> range_lux{1000, 4000, 16000, 64000};
 
   static int full_count(int width) { return 1 << widths[static_cast<std::size_t>(width)]; }
   // As the panels show a count of light, halves to the even number.
-  static double shown_lux(int count, int range, int width) {
-    return std::nearbyint(range_lux[static_cast<std::size_t>(range)] * (count / (full_count(width) + 1.0)));
+  double shown_lux(int count, int range, int width) const {
+    return std::nearbyint(range_lux[static_cast<std::size_t>(range)] *
+                          (static_cast<double>(count) / counts_of_range(width)));
   }
 
-  // A proximity result under scheme 1 as the collection decodes it; at 8 and 4 bits the sign stands where the
-  // last 16 or 12 bits had it, which is both.
+  // A proximity result under scheme 1 as the collections decode it. Those that look for the sign where 12
+  // bits have it find it at all widths but 16.
   int signed_proximity(int width) {
     const int word = converted(proximity_once);
-    const int bits = widths[static_cast<std::size_t>(width)];
-    if (bits >= 12) return decoded(word, bits);
-    EXPECT_EQ(decoded(word, 16), decoded(word, 12));
+    if (width != 0) {
+      EXPECT_EQ(decoded(word, 16), decoded(word, 12));
+    }
     return decoded(word, 16);
   }
 };
 
-TEST_F(SimulatedKvt71385Results, ThePanelsShowTheLightOfTheBench) {
+TEST_P(SimulatedConverterResults, ThePanelsShowTheLightOfTheBench) {
   for (int range = 0; range < 4; ++range) {
     const int lux = range_lux[static_cast<std::size_t>(range)];
     for (int width = 0; width < 4; ++width) {
-      const double count_lux = lux / (full_count(width) + 1.0);
+      const double count_lux = lux / static_cast<double>(counts_of_range(width));
       configure(width, range);
       for (int light = 0; light < (full_count(width) - 0.5) * count_lux; light += 1 + lux / 1500) {
         board.scene().light_lux = light;
@@ -45,14 +48,14 @@ TEST_F(SimulatedKvt71385Results, ThePanelsShowTheLightOfTheBench) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, NoiseIsOnWhatThePanelsShow) {
+TEST_P(SimulatedConverterResults, NoiseIsOnWhatThePanelsShow) {
   board.set_noise(4);
   int lowest = 65535;
   int highest = 0;
   configure(1, 3);
   for (int i = 0; i < 500; ++i) {
     const int count = converted(als_once);
-    EXPECT_LE(std::abs(shown_lux(count, 3, 1) - 500), 3 * 64000 / 4097.0);
+    EXPECT_LE(std::abs(shown_lux(count, 3, 1) - 500), 3 * 64000.0 / counts_of_range(1));
     lowest = std::min(lowest, count);
     highest = std::max(highest, count);
   }
@@ -60,7 +63,7 @@ TEST_F(SimulatedKvt71385Results, NoiseIsOnWhatThePanelsShow) {
   EXPECT_EQ(highest, 34);
 }
 
-TEST_F(SimulatedKvt71385Results, LightSaturatesBelowTheFullCount) {
+TEST_P(SimulatedConverterResults, LightSaturatesBelowTheFullCount) {
   for (int range = 0; range < 4; ++range) {
     for (int width = 0; width < 4; ++width) {
       configure(width, range);
@@ -72,7 +75,7 @@ TEST_F(SimulatedKvt71385Results, LightSaturatesBelowTheFullCount) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, LightIsFreeOfInfraredAndInfraredOfLight) {
+TEST_P(SimulatedConverterResults, LightIsFreeOfInfraredAndInfraredOfLight) {
   for (const double infrared : {0.0, 100.0, 65535.0, 1e9}) {
     board.scene() = {.light_lux = 250, .ir_counts = infrared, .distance_mm = 0};
     EXPECT_EQ(converted(als_once), 16384) << infrared;
@@ -83,9 +86,9 @@ TEST_F(SimulatedKvt71385Results, LightIsFreeOfInfraredAndInfraredOfLight) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, InfraredCountsAreThoseOfTwelveBitsInTheFirstRange) {
+TEST_P(SimulatedConverterResults, InfraredCountsAreThoseOfTwelveBitsInTheFirstRange) {
   board.scene().ir_counts = 1000;
-  const auto infrared = [&](int width, int range, std::uint8_t others = 0) {
+  const auto infrared = [&](int width, int range, int others = 0) {
     configure(width, range, 0, others);
     return converted(ir_once);
   };
@@ -101,12 +104,12 @@ TEST_F(SimulatedKvt71385Results, InfraredCountsAreThoseOfTwelveBitsInTheFirstRan
   board.scene().ir_counts = 1e9;
   for (int width = 0; width < 4; ++width) {
     EXPECT_EQ(infrared(width, 0, scheme1), full_count(width) - 1);
-    EXPECT_EQ(converted(als_once), std::lround(0.5 * (full_count(width) + 1)));
+    EXPECT_EQ(converted(als_once), half_range(width));
   }
 }
 
 // Down when a reading is below a fifth, up when it is above nine tenths of the full count.
-TEST_F(SimulatedKvt71385Results, AnAutomaticRangeFollowsTheInfraredOfTheBench) {
+TEST_P(SimulatedConverterResults, AnAutomaticRangeFollowsTheInfraredOfTheBench) {
   const auto settle = [&](int range, int width) {
     for (int step = 0; step < 10; ++step) {
       configure(width, range);
@@ -143,10 +146,10 @@ TEST_F(SimulatedKvt71385Results, AnAutomaticRangeFollowsTheInfraredOfTheBench) {
 
 // ---- Proximity
 
-TEST_F(SimulatedKvt71385Results, NearerAndMoreCurrentIsMoreProximity) {
+TEST_P(SimulatedConverterResults, NearerAndMoreCurrentIsMoreProximity) {
   int pairs = 0;
-  for (const std::uint8_t scheme : {std::uint8_t{0}, scheme1}) {
-    for (const std::uint8_t modulation : {std::uint8_t{0}, modulated}) {
+  for (const int scheme : {0, +scheme1}) {
+    for (const int modulation : {0, +modulated}) {
       for (int width = 0; width < 4; ++width) {
         for (int range = 0; range < 4; ++range) {
           std::array<int, 4> nearer;
@@ -177,7 +180,7 @@ TEST_F(SimulatedKvt71385Results, NearerAndMoreCurrentIsMoreProximity) {
   EXPECT_GT(pairs, 550);
 }
 
-TEST_F(SimulatedKvt71385Results, ModulationHalvesTheTarget) {
+TEST_P(SimulatedConverterResults, ModulationHalvesTheTarget) {
   board.scene().distance_mm = 30;
   configure(0, 0, 1);
   const int steady = converted(proximity_once) - 140 * 16;
@@ -188,7 +191,7 @@ TEST_F(SimulatedKvt71385Results, ModulationHalvesTheTarget) {
 }
 
 // What the panel subtracts at 12 bits.
-TEST_F(SimulatedKvt71385Results, TheOffsetIsThatOfCurrentAndModulation) {
+TEST_P(SimulatedConverterResults, TheOffsetIsThatOfCurrentAndModulation) {
   constexpr std::array<std::array<int, 2>, 4> offsets{{{60, 30}, {140, 60}, {320, 150}, {700, 330}}};
   for (int current = 0; current < 4; ++current) {
     for (const bool modulation : {false, true}) {
@@ -209,7 +212,7 @@ TEST_F(SimulatedKvt71385Results, TheOffsetIsThatOfCurrentAndModulation) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, ProximityLessInfraredIsTheLightOfTheEmitter) {
+TEST_P(SimulatedConverterResults, ProximityLessInfraredIsTheLightOfTheEmitter) {
   for (int width = 0; width < 2; ++width) {
     for (const double distance : {10.0, 50.0, 100.0, 1e9}) {
       for (int current = 0; current < 4; ++current) {
@@ -227,7 +230,7 @@ TEST_F(SimulatedKvt71385Results, ProximityLessInfraredIsTheLightOfTheEmitter) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, ProximityFollowsTheRange) {
+TEST_P(SimulatedConverterResults, ProximityFollowsTheRange) {
   board.scene() = {.light_lux = 500, .ir_counts = 400, .distance_mm = 20};
   const std::array counts{60 + 1024 + 400, 60 + 256 + 100, 60 + 64 + 25, 60 + 16 + 6};
   for (int range = 0; range < 4; ++range) {
@@ -236,7 +239,7 @@ TEST_F(SimulatedKvt71385Results, ProximityFollowsTheRange) {
   }
 }
 
-TEST_F(SimulatedKvt71385Results, SchemeOneTakesAmbientInfraredAwayAndGoesBelowZero) {
+TEST_P(SimulatedConverterResults, SchemeOneTakesAmbientInfraredAwayAndGoesBelowZero) {
   struct Row {
     double infrared, distance;
     int twelve_bits;
@@ -255,7 +258,7 @@ TEST_F(SimulatedKvt71385Results, SchemeOneTakesAmbientInfraredAwayAndGoesBelowZe
   }
 }
 
-TEST_F(SimulatedKvt71385Results, ProximitySaturatesAtEachSchemesEnd) {
+TEST_P(SimulatedConverterResults, ProximitySaturatesAtEachSchemesEnd) {
   board.scene() = {.light_lux = 500, .ir_counts = 1e9, .distance_mm = 0};
   for (int width = 0; width < 4; ++width) {
     configure(width, 0, 3);
@@ -272,5 +275,7 @@ TEST_F(SimulatedKvt71385Results, ProximitySaturatesAtEachSchemesEnd) {
     EXPECT_EQ(lowest, -full_count(width) / 2);
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Families, SimulatedConverterResults, converter_families, family_name);
 
 }  // namespace
