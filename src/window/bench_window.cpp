@@ -7,11 +7,13 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QSlider>
 #include <QTimer>
 #include <cmath>
 #include <utility>
 
+#include "boards/simulated/light_sources.h"
 #include "boards/simulated/models.h"
 #include "boards/simulated/simulated_board.h"
 #include "window/look.h"
@@ -56,7 +58,9 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
   add_quantity(*quantities, {"noise", "&Noise", " counts", "Full width of the noise on the readings", 0, 500,
                              0, false, board.noise(), [this](double value) { board_.set_noise(value); }});
   auto* scene_box = new QGroupBox("Scene", this);
-  scene_box->setLayout(quantities);
+  auto* scene_lines = new QVBoxLayout(scene_box);
+  scene_lines->addLayout(quantities);
+  scene_lines->addLayout(source_buttons());
 
   auto* switches = new QHBoxLayout;
   switches->setSpacing(4 * gap);
@@ -149,6 +153,26 @@ void BenchWindow::add_quantity(QGridLayout& grid, const Quantity& quantity) {
   grid.addWidget(label, line, 0);
   grid.addWidget(slider, line, 1);
   grid.addWidget(box, line, 2);
+}
+
+QHBoxLayout* BenchWindow::source_buttons() {
+  auto* line = new QHBoxLayout;
+  line->setSpacing(gap);
+  line->addWidget(new QLabel("Light as of:", this));
+  for (const boards::LightSource& source : boards::light_sources) {
+    const QString name = to_qt(std::string(source.name));
+    auto* button = new QPushButton(name, this);
+    button->setObjectName(name);
+    button->setToolTip(
+        QString("%1 lx with %2 counts of infrared").arg(source.light_lux).arg(source.ir_counts));
+    connect(button, &QPushButton::clicked, this, [this, source] {
+      findChild<QDoubleSpinBox*>("light")->setValue(source.light_lux);
+      findChild<QDoubleSpinBox*>("infrared")->setValue(source.ir_counts);
+    });
+    line->addWidget(button);
+  }
+  line->addStretch();
+  return line;
 }
 
 QCheckBox* BenchWindow::add_switch(const char* name, const QString& caption, const QString& tip, bool on,

@@ -9,6 +9,7 @@ class QCheckBox;
 class QDoubleSpinBox;
 class QGridLayout;
 class QComboBox;
+class QHBoxLayout;
 
 namespace boards {
 class SimulatedBoard;
@@ -40,6 +41,8 @@ class BenchWindow final : public QWidget {
     std::function<void(double)> set;
   };
   void add_quantity(QGridLayout& grid, const Quantity& quantity);
+  // A button for each light source: it sets the light and its infrared part.
+  QHBoxLayout* source_buttons();
   QCheckBox* add_switch(const char* name, const QString& caption, const QString& tip, bool on,
                         std::function<void(bool)> set);
   QComboBox* resistor_list();

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "boards/simulated/light_sources.h"
 #include "support/test_program.h"
 
 namespace varzelin::testing {
@@ -106,6 +107,43 @@ TEST_F(BatchPanel, SourceByTheRoundedRatio) {
     run(10, ir, 300);
     EXPECT_EQ(source(), expected) << "9.5 rounds to 10, 26.5 to 26: " << ir;
   }
+}
+
+// From here on the simulated sensor answers by itself.
+TEST_F(BatchPanel, NamesEachLightSourceOfTheBench) {
+  int expected = 0;
+  for (const boards::LightSource& one : boards::light_sources) {
+    for (const char* model : {"KVT71374", "KVT71376"}) {
+      board.mount(model);
+      board.scene().light_lux = one.light_lux;
+      board.scene().ir_counts = one.ir_counts;
+      click(panel->cmdScript1);
+      EXPECT_EQ(source(), expected) << one.name << ": " << label(3);
+    }
+    ++expected;
+  }
+  EXPECT_EQ(expected, 3);
+}
+
+TEST_F(BatchPanel, MoreInfraredInTheSameLightIsAnotherSource) {
+  board.scene() = {.light_lux = 500, .ir_counts = 0, .distance_mm = 1e9};  // 128 counts in this range
+  const std::vector<std::pair<int, int>> sources{{0, 1},     {19440, 1}, {19472, 2},
+                                                 {54240, 2}, {54304, 0}, {65535, 0}};
+  for (const auto& [infrared, expected] : sources) {
+    board.scene().ir_counts = infrared;
+    click(panel->cmdScript1);
+    EXPECT_EQ(label(0), "128");
+    EXPECT_EQ(source(), expected) << infrared << ": " << label(3);
+  }
+}
+
+TEST_F(BatchPanel, TakesTheThreeReadingsOfTheBench) {
+  board.scene() = {.light_lux = 1000, .ir_counts = 800, .distance_mm = 20};
+  click(panel->cmdScript1);
+  EXPECT_EQ(label(0), "256");
+  EXPECT_EQ(label(1), "50");
+  // At 50 mA and 327.7 kHz: package, target, infrared.
+  EXPECT_EQ(label(2), std::to_string(150 + 2048 * 4 / 2 / 2 / 16 + 50));
 }
 
 TEST_F(BatchPanel, CorrectionChangesAtSeventy) {

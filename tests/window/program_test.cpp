@@ -14,6 +14,7 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include "boards/simulated/light_sources.h"
 #include "panels/single_channel/kvt71346.h"
 #include "script/script_panel.h"
 #include "shell/start_panel.h"
@@ -232,6 +233,18 @@ TEST_F(WindowOfProgram, TheBenchMovesTheScene) {
   EXPECT_FALSE(board.plugged());
   windows.bench()->findChild<QCheckBox*>("plugged")->setChecked(true);
   EXPECT_TRUE(board.plugged());
+}
+
+TEST_F(WindowOfProgram, TheBenchHasTheLightOfCommonSources) {
+  for (const boards::LightSource& source : boards::light_sources) {
+    auto* button = windows.bench()->findChild<QPushButton*>(QString::fromUtf8(source.name.data()));
+    ASSERT_TRUE(button) << source.name;
+    button->click();
+    EXPECT_EQ(board.scene().light_lux, source.light_lux) << source.name;
+    EXPECT_EQ(board.scene().ir_counts, source.ir_counts) << source.name;
+    EXPECT_EQ(windows.bench()->findChild<QDoubleSpinBox*>("light")->value(), source.light_lux);
+    EXPECT_EQ(windows.bench()->findChild<QDoubleSpinBox*>("infrared")->value(), source.ir_counts);
+  }
 }
 
 TEST_F(WindowOfProgram, TheBenchShowsTheSensorInTheSocket) {
