@@ -45,6 +45,17 @@ struct EightRegisterFixture : ::testing::Test, PanelProgram {
     });
     click(panel->cmdCollectData);
   }
+  // Every five-byte reply brings these bytes.
+  void replying(std::vector<std::uint8_t> bytes) {
+    recorder.before_call = [this, bytes = std::move(bytes)] {
+      if (store.Pipe_Num == boards::pipe_i2c_in && store.Xfer_Size == 5 && board.queued_replies() == 0)
+        board.queue_reply(bytes);
+    };
+  }
+  void external_timing() {
+    click(panel->ChkCommand(2));
+    forget_traffic();
+  }
   std::string box(int register_number) { return panel->txtRegHex(register_number).Text; }
 };
 

@@ -1,34 +1,15 @@
-// How the panels over eight registers sample and collect.
+// The real-time loop of the panels over eight registers.
 #include "support/eight_register_fixture.h"
-#include "workbench/gpio_panel.h"
 
 namespace varzelin::testing {
 namespace {
 
-template <class Fixture>
-struct Measuring : Fixture {
-  using Fixture::board;
-  using Fixture::store;
-
-  // Every five-byte reply brings these bytes.
-  void replying(std::vector<std::uint8_t> bytes) {
-    this->recorder.before_call = [this, bytes = std::move(bytes)] {
-      if (store.Pipe_Num == 130 && store.Xfer_Size == 5 && board.queued_replies() == 0)
-        board.queue_reply(bytes);
-    };
-  }
-  void external_timing() {
-    this->click(this->panel->ChkCommand(2));
-    this->forget_traffic();
-  }
-};
-
-using Kvt71344Measuring = Measuring<Kvt71344>;
-using Kvt71356Measuring = Measuring<Kvt71356>;
+using Kvt71344Collection = Kvt71344;
+using Kvt71356Collection = Kvt71356;
 
 // --- real time ---
 
-TEST_F(Kvt71344Measuring, APassUnderInternalTimingOnlyReads) {
+TEST_F(Kvt71344Collection, APassUnderInternalTimingOnlyReads) {
   collect(3);
   const ByteLists out = sent();
   EXPECT_TRUE(std::ranges::all_of(out, [](const auto& bytes) { return bytes == std::vector{2, 0x89, 4}; }));
@@ -38,7 +19,7 @@ TEST_F(Kvt71344Measuring, APassUnderInternalTimingOnlyReads) {
   EXPECT_EQ(store.TriggerDone, -1);
 }
 
-TEST_F(Kvt71344Measuring, APassUnderExternalTimingReadsBothAndEndsTheIntegration) {
+TEST_F(Kvt71344Collection, APassUnderExternalTimingReadsBothAndEndsTheIntegration) {
   external_timing();
   collect(3);
   const ByteLists out = sent();
@@ -49,7 +30,7 @@ TEST_F(Kvt71344Measuring, APassUnderExternalTimingReadsBothAndEndsTheIntegration
   }
 }
 
-TEST_F(Kvt71344Measuring, TheMarginsAreFourAndThreeMilliseconds) {
+TEST_F(Kvt71344Collection, TheMarginsAreFourAndThreeMilliseconds) {
   board.set_timing(false);
   std::vector<double> requests;
   recorder.before_call = [&] {
@@ -61,7 +42,7 @@ TEST_F(Kvt71344Measuring, TheMarginsAreFourAndThreeMilliseconds) {
   for (std::size_t i = 1; i < 4; ++i) EXPECT_NEAR(requests[i] - requests[i - 1], 97, 0.6);
 }
 
-TEST_F(Kvt71344Measuring, StoresTheCountAndShowsIt) {
+TEST_F(Kvt71344Collection, StoresTheCountAndShowsIt) {
   replying({2, 0x34, 0x12, 0x78, 0x56});
   collect(14);
   EXPECT_EQ(store.Sample_Value[13], 0x1234);
@@ -73,7 +54,7 @@ TEST_F(Kvt71344Measuring, StoresTheCountAndShowsIt) {
   EXPECT_EQ(store.Trace_Y[403], 304 - 57);  // 56.66 rows up: the whole part of 247.33
 }
 
-TEST_F(Kvt71344Measuring, ACollectionDoesNotShowTheRawCountOfTheOneBefore) {
+TEST_F(Kvt71344Collection, ACollectionDoesNotShowTheRawCountOfTheOneBefore) {
   external_timing();
   replying({4, 0x34, 0x12, 0x78, 0x56});
   collect(2);
@@ -90,7 +71,7 @@ struct Ratio {
   std::int32_t reading;
 };
 
-TEST_F(Kvt71344Measuring, UnderExternalTimingTheGraphOptionChoosesTheReading) {
+TEST_F(Kvt71344Collection, UnderExternalTimingTheGraphOptionChoosesTheReading) {
   external_timing();
   for (const Ratio& c : {Ratio{0, 1000, 2000, 1000},
                          {1, 1000, 2000, 2000},
@@ -117,7 +98,7 @@ TEST_F(Kvt71344Measuring, UnderExternalTimingTheGraphOptionChoosesTheReading) {
   }
 }
 
-TEST_F(Kvt71344Measuring, TheRatioIsRoundedToTheNearest) {
+TEST_F(Kvt71344Collection, TheRatioIsRoundedToTheNearest) {
   external_timing();
   for (const auto& [count, cycles, reading] :
        {std::tuple{1, 65535, 1}, {1, 0xFFFE, 1}, {3, 65535, 2}, {1, 3, 10923}, {2, 3, 21845}}) {
@@ -129,7 +110,7 @@ TEST_F(Kvt71344Measuring, TheRatioIsRoundedToTheNearest) {
   }
 }
 
-TEST_F(Kvt71344Measuring, TheRowIsTheWholePartWithinThePlot) {
+TEST_F(Kvt71344Collection, TheRowIsTheWholePartWithinThePlot) {
   struct Row {
     int reading;
     const char* scale;
@@ -146,7 +127,7 @@ TEST_F(Kvt71344Measuring, TheRowIsTheWholePartWithinThePlot) {
   }
 }
 
-TEST_F(Kvt71344Measuring, HidesWhatIsOutOfTheWay) {
+TEST_F(Kvt71344Collection, HidesWhatIsOutOfTheWay) {
   collect(5, [&] {
     EXPECT_FALSE(panel->Command4.Visible);
     EXPECT_TRUE(panel->cbReset.Visible);
@@ -158,7 +139,7 @@ TEST_F(Kvt71344Measuring, HidesWhatIsOutOfTheWay) {
 }
 
 // The sensor counts light and cycles for as long as the host lets it: their ratio is the light.
-TEST_F(Kvt71344Measuring, TheRatioDoesNotMoveWithTheIntegrationTime) {
+TEST_F(Kvt71344Collection, TheRatioDoesNotMoveWithTheIntegrationTime) {
   external_timing();
   board.scene().light_lux = 300;
   board.scene().ir_counts = 0;
@@ -174,24 +155,7 @@ TEST_F(Kvt71344Measuring, TheRatioDoesNotMoveWithTheIntegrationTime) {
 
 // --- guards ---
 
-TEST_F(Kvt71344Measuring, SamplingIsRefusedInResetAndInPowerDown) {
-  panel->Label18.Caption = "before";
-  click(panel->ChkCommand(0));
-  forget_traffic();
-  click(panel->cmdSample);
-  click(panel->ChkCommand(0));
-  click(panel->ChkCommand(1));
-  forget_traffic();
-  click(panel->cmdSample);
-  ASSERT_EQ(user.boxes.size(), 2u);
-  EXPECT_EQ(user.boxes[0].text, "Device Reset Control bit is active");
-  EXPECT_EQ(user.boxes[1].text, "Device ADC Core Power Down Control bit is active");
-  EXPECT_EQ(panel->Label18.Caption, "before");
-  EXPECT_TRUE(recorder.calls.empty());
-  EXPECT_TRUE(panel->cmdSample.Visible);
-}
-
-TEST_F(Kvt71344Measuring, ACollectionResetsByItselfAndStarts) {
+TEST_F(Kvt71344Collection, ACollectionResetsByItselfAndStarts) {
   for (const int box : {0, 1}) {
     click(panel->ChkCommand(box));
     forget_traffic();
@@ -204,7 +168,7 @@ TEST_F(Kvt71344Measuring, ACollectionResetsByItselfAndStarts) {
   }
 }
 
-TEST_F(Kvt71356Measuring, ACollectionIsRefusedInResetAndInPowerDown) {
+TEST_F(Kvt71356Collection, ACollectionIsRefusedInResetAndInPowerDown) {
   click(panel->ChkCommand(0));
   forget_traffic();
   click(panel->cmdCollectData);
@@ -223,7 +187,7 @@ TEST_F(Kvt71356Measuring, ACollectionIsRefusedInResetAndInPowerDown) {
 
 // --- deferred work ---
 
-TEST_F(Kvt71344Measuring, TheLoopDoesWhatWaitsInItsFixedOrder) {
+TEST_F(Kvt71344Collection, TheLoopDoesWhatWaitsInItsFixedOrder) {
   collect(12, [&] {
     forget_traffic();
     store.PendingUpdate = -1;
@@ -258,7 +222,7 @@ TEST_F(Kvt71344Measuring, TheLoopDoesWhatWaitsInItsFixedOrder) {
   EXPECT_EQ(store.PendingUpdate, 0);
 }
 
-TEST_F(Kvt71344Measuring, WithoutTheMainFlagNothingIsDone) {
+TEST_F(Kvt71344Collection, WithoutTheMainFlagNothingIsDone) {
   collect(12, [&] {
     forget_traffic();
     store.PendingWriteR1 = -1;
@@ -266,124 +230,9 @@ TEST_F(Kvt71344Measuring, WithoutTheMainFlagNothingIsDone) {
   EXPECT_TRUE(std::ranges::none_of(sent(), [](const auto& bytes) { return bytes[0] == 0; }));
 }
 
-// The timed loop sets no run flag: controls write at once in it, with their read-back.
-TEST_F(Kvt71344Measuring, InATimedRunAnOptionWritesAtOnce) {
-  at_yield(count_reaches(4), [&] {
-    forget_traffic();
-    forms::user::click(panel->OptGain(1));
-    EXPECT_EQ(sent(), written(1, 0x04));
-    at_yield(count_reaches(6), clicking(panel->cmdEndSampling));
-  });
-  click(panel->cmdSample);
-}
+// --- what one of them has alone ---
 
-// --- timed ---
-
-TEST_F(Kvt71344Measuring, ATimedPassReadsTheResultsTwice) {
-  panel->CboIntTime(5).ListIndex = 0;
-  sample(2);
-  const ByteLists out = sent();
-  ASSERT_GE(out.size(), 4u);
-  EXPECT_EQ(out[0], (std::vector{2, 0x89, 4}));
-  EXPECT_EQ(out[1], (std::vector{4, 0x89, 4}));
-  // The register boxes' read leaves its count.
-  EXPECT_EQ(out[2], (std::vector{4, 0x89, 4}));
-  for (const Packet& packet : recorder.packets) {
-    if (packet.pipe == 130) {
-      EXPECT_EQ(packet.size, 5u);
-    }
-  }
-}
-
-TEST_F(Kvt71344Measuring, ATimedPassUnderExternalTimingBeginsWithTheCommand) {
-  external_timing();
-  sample(1);
-  EXPECT_EQ(sent()[0], (std::vector{0, 0x88, 0x80}));
-  EXPECT_EQ(sent()[1], (std::vector{4, 0x89, 4}));
-}
-
-TEST_F(Kvt71344Measuring, ATimedReadingShowsItsBytes) {
-  external_timing();
-  replying({4, 0x05, 0x0C, 0x07, 0x01});
-  sample(1);
-  EXPECT_EQ(store.Sample_Value[1], 0x0C05);
-  EXPECT_EQ(store.Sample_Value2[1], 0x0107);
-  EXPECT_EQ(panel->txtReading.Text, " 3077");
-  EXPECT_EQ(panel->txtReading2.Text, " 263");
-  EXPECT_EQ(panel->txtSampleByte(0).Text, "4");
-  EXPECT_EQ(panel->txtSampleByte(1).Text, "05");
-  EXPECT_EQ(panel->txtSampleByte(2).Text, "C");
-  EXPECT_EQ(panel->txtSampleByte(3).Text, "07");
-  EXPECT_EQ(panel->txtSampleByte(4).Text, "1");
-  EXPECT_EQ(panel->txtADHex.Text, "C05");
-  EXPECT_EQ(panel->txtADDec.Text, "3077");
-  EXPECT_EQ(panel->txtICycHex.Text, "107");
-  EXPECT_EQ(panel->txtICYCDec.Text, "263");
-  EXPECT_EQ(panel->txtRegRd(5).Text, "0C");
-  EXPECT_EQ(store.TriggerDone, 0);
-}
-
-TEST_F(Kvt71344Measuring, ACycleCountOfZeroShowsTwoDigits) {
-  replying({2, 0x05, 0x0C, 0, 0});
-  sample(1);
-  EXPECT_EQ(panel->txtICycHex.Text, "00");
-  EXPECT_EQ(panel->txtICYCDec.Text, "0");
-  EXPECT_EQ(store.Sample_Value2[1], 1);
-}
-
-TEST_F(Kvt71344Measuring, ATimedRunHidesResetAndExit) {
-  at_yield(count_reaches(3), [&] {
-    EXPECT_FALSE(panel->cbReset.Visible);
-    EXPECT_FALSE(panel->Command4.Visible);
-    EXPECT_FALSE(panel->cmdSample.Visible);
-    forms::user::click(panel->cmdEndSampling);
-  });
-  click(panel->cmdSample);
-  EXPECT_TRUE(panel->cbReset.Visible);
-  EXPECT_TRUE(panel->Command4.Visible);
-  EXPECT_TRUE(panel->cmdSample.Visible);
-}
-
-TEST_F(Kvt71344Measuring, ATimedRunConnectsAgainAtItsEnd) {
-  sample(3);
-  EXPECT_EQ(store.Usb_Open, -1);
-  EXPECT_EQ(store.Man_Usb_Conn, 0);
-  EXPECT_NE(log().find("Already Opened"), std::string::npos);
-  click(panel->cmdSync);
-  EXPECT_EQ(store.Usb_Open, 0);
-}
-
-TEST_F(Kvt71356Measuring, ATimedRunOpensTheSessionFirstAndLeavesItOpen) {
-  bool open_before_text = false;
-  panel->Label18.Caption = "";
-  at_yield([&] { return store.Usb_Open != 0; }, [&] { open_before_text = panel->Label18.Caption == ""; });
-  std::int32_t count = 0;
-  recorder.before_call = [&] {
-    if (store.Sample_Count >= 4 && count++ == 0) program.runtime.post(clicking(panel->cmdEndSampling));
-  };
-  const std::string before = log();
-  click(panel->cmdSample);
-  EXPECT_TRUE(open_before_text);
-  EXPECT_EQ(store.Usb_Open, -1);
-  EXPECT_EQ(store.Man_Usb_Conn, 0);
-  EXPECT_EQ(log().find("Already Opened", before.size()), std::string::npos);
-  EXPECT_EQ(calls("WDU_VB_Uninit"), 0u);
-}
-
-TEST_F(Kvt71356Measuring, StopSamplingClosesASessionThatIsNotHeld) {
-  click(workbench().cmdUSBConnect);
-  program.runtime.dispatch([&] { panel->cmdEndSampling_Click(); });
-  EXPECT_EQ(store.Usb_Open, 0);
-}
-TEST_F(Kvt71344Measuring, StopSamplingLeavesASessionThatIsNotHeld) {
-  click(workbench().cmdUSBConnect);
-  program.runtime.dispatch([&] { panel->cmdEndSampling_Click(); });
-  EXPECT_EQ(store.Usb_Open, -1);
-}
-
-// --- what the KVT71356 adds ---
-
-TEST_F(Kvt71356Measuring, ACountAboveItsTopByteFallsBackToTheLowByte) {
+TEST_F(Kvt71356Collection, ACountAboveItsTopByteFallsBackToTheLowByte) {
   struct Count {
     int limit, high, low;
     std::int32_t value;
@@ -402,7 +251,7 @@ TEST_F(Kvt71356Measuring, ACountAboveItsTopByteFallsBackToTheLowByte) {
   }
 }
 
-TEST_F(Kvt71344Measuring, ACountHasNoLimit) {
+TEST_F(Kvt71344Collection, ACountHasNoLimit) {
   store.MsbLimit = 7;
   replying({2, 0x12, 0x80, 0, 0});
   panel->txtADHex.Text = "old";
@@ -411,7 +260,7 @@ TEST_F(Kvt71344Measuring, ACountHasNoLimit) {
   EXPECT_EQ(panel->txtADHex.Text, "old");
 }
 
-TEST_F(Kvt71356Measuring, TheEndOfACollectionYieldsBeforeItCloses) {
+TEST_F(Kvt71356Collection, TheEndOfACollectionYieldsBeforeItCloses) {
   double stopped = 0;
   double closed = 0;
   bool enabled_at_close = false;
@@ -430,42 +279,6 @@ TEST_F(Kvt71356Measuring, TheEndOfACollectionYieldsBeforeItCloses) {
   EXPECT_LT(closed - stopped, 10.2);
   EXPECT_TRUE(enabled_at_close);
   EXPECT_EQ(store.Usb_Open, 0);
-}
-
-TEST_F(Kvt71356Measuring, ItsTransfersAreCheckedAndLogged) {
-  forget_traffic();
-  click(panel->cmdSync);
-  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"WDU_VB_Init", "WDU_SetInterface", "WDU_GetDeviceInfo",
-                                                      "WDU_GetDeviceInfo", "WDU_Transfer", "WDU_ResetDevice",
-                                                      "CloseHandle", "WDU_VB_Uninit"}));
-  EXPECT_EQ(panel->ShpAttach.FillColor.get(), lamp(10));
-  board.fail_transfers(1, boards::statuses::transfer_failed);
-  click(panel->cmdSync);
-  EXPECT_NE(log().find("WritePipe: WDU_Transfer() failed: error &H"), std::string::npos);
-  EXPECT_EQ(panel->ShpAttach.FillColor.get(), lamp(12));
-  EXPECT_EQ(store.AbortRequested, 0);
-  board.fail_transfers(1, boards::statuses::transfer_failed, 1);
-  click(panel->cmdRead_Measurements);
-  EXPECT_NE(log().find("ReadPipe: WDU_Transfer() failed: error &H"), std::string::npos);
-  EXPECT_EQ(store.AbortRequested, -1);
-}
-
-TEST_F(Kvt71356Measuring, AFailedReadStopsATimedRun) {
-  at_yield(count_reaches(3), [&] { board.fail_transfers(1, boards::statuses::time_out, 1); });
-  click(panel->cmdSample);
-  EXPECT_EQ(store.AbortRequested, 0);
-  EXPECT_TRUE(panel->cmdSample.Visible);
-  EXPECT_LE(store.Sample_Count, 5);
-  EXPECT_NE(log().find("ReadPipe: WDU_Transfer() failed: error &H"), std::string::npos);
-}
-
-TEST_F(Kvt71344Measuring, AFailedReadDoesNotStopATimedRun) {
-  at_yield(count_reaches(3), [&] {
-    board.fail_transfers(1, boards::statuses::time_out, 1);
-    at_yield(count_reaches(9), clicking(panel->cmdEndSampling));
-  });
-  click(panel->cmdSample);
-  EXPECT_GE(store.Sample_Count, 9);
 }
 
 }  // namespace
