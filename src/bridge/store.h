@@ -103,7 +103,7 @@ struct ReadingVariables {
   std::array<std::int32_t, 1011> Sample_Value2{};  // second reading
   std::int32_t RawReading = 0;                     // light count of the present sample, as read
   std::int32_t RawReading2 = 0;                    // integration cycle count of the present sample, as read
-  std::int16_t MsbLimit = 127;                     // largest top byte of a valid count
+  std::int16_t MsbLimit = 0;                       // largest top byte of a valid count
   std::int32_t Reading = 0;                        // latest value to plot, display units
   double PeakReading = 0;                          // greatest Reading of the collection
 };

@@ -26,13 +26,8 @@ struct EightRegisterModel {
   std::initializer_list<const char*> resolutions;
   std::initializer_list<const char*> ranges;
   std::initializer_list<const char*> diodes;  // rows of LstMode2
-  const char* reset_tip;
 
-  // --- interrupt limits ---
-  std::int32_t limit_maximum;
-  const char* limit_maximum_text;
-  const char* high_limit_message;
-  const char* low_limit_message;
+  std::int32_t limit_maximum;  // of both interrupt limits
 
   // The device row under which the sensor has the light count alone; -1: none.
   int light_count_row = -1;

@@ -1,4 +1,6 @@
 // The options of the panels over eight registers: each changes a field, and is written or left to the loop.
+#include <array>
+
 #include "panels/single_channel/eight_register_panel.h"
 #include "registers/kvt71344.h"
 
@@ -12,6 +14,8 @@ constexpr int light_count = 2;
 // Positions of OptMode.
 constexpr int measure_mode = 0;
 constexpr int power_down_mode = 1;
+// Largest top bytes of a count of 15 bits and of 11. The lower resolutions leave the limit that stands.
+constexpr std::array<std::int16_t, 2> top_byte_limits{127, 7};
 // Elements of ChkCommand.
 constexpr int reset_box = 0;
 constexpr int power_box = 1;
@@ -26,10 +30,14 @@ void EightRegisterPanel::OptMeasure_Click(int Index) {
 }
 
 void EightRegisterPanel::OptITime_Click(int Index) {
-  if (model_.limits_top_byte && Index == 0) store.MsbLimit = 127;
-  if (model_.limits_top_byte && Index == 1) store.MsbLimit = 7;
+  limit_top_byte(Index);
   set_field(map::resolution, Index);
   commit({.pending = {&Store::PendingWriteR0}, .registers = {0}});
+}
+
+void EightRegisterPanel::limit_top_byte(int resolution) {
+  const auto position = static_cast<std::size_t>(resolution);
+  if (model_.limits_top_byte && position < top_byte_limits.size()) store.MsbLimit = top_byte_limits[position];
 }
 
 void EightRegisterPanel::OptGain_Click(int Index) {

@@ -17,6 +17,8 @@ constexpr int written_registers = 4;
 constexpr int register_pair_reply = 3;
 
 constexpr const char* gain_tip = "Set the Lux Sensitivity Gain  / Level.";
+constexpr const char* reset_tip =
+    "The resets the KVT71344 and then places it in D1, Internal Integration Sensing Mode.";
 
 std::string trips_tip(const char* cycles) {
   return std::string("Interrupt High / Low threshold level must exist for ") + cycles +
@@ -94,7 +96,7 @@ EightRegisterPanel::EightRegisterPanel(Program& owner, const EightRegisterModel&
       cmdSetIntLow(*this, "cmdSetIntLow", {.Caption = model_.buttons[3]}),
       cmdRead_All(*this, "cmdRead_All", {.Caption = model_.buttons[4]}),
       cmdRead_Measurements(*this, "cmdRead_Measurements", {.Caption = model_.buttons[5]}),
-      cbReset(*this, "cbReset", {.Caption = "Reset  KVT7134x", .ToolTipText = model_.reset_tip}) {
+      cbReset(*this, "cbReset", {.Caption = "Reset  KVT7134x", .ToolTipText = reset_tip}) {
   on(cmdSetCommand, Event::Click, &EightRegisterPanel::cmdSetCommand_Click);
   on(cmdSetControl, Event::Click, &EightRegisterPanel::cmdSetControl_Click);
   on(cmdSetIntHigh, Event::Click, &EightRegisterPanel::cmdSetIntHigh_Click);
@@ -120,7 +122,7 @@ EightRegisterPanel::EightRegisterPanel(Program& owner, const EightRegisterModel&
 void EightRegisterPanel::load_register_image() {
   std::ranges::copy(model_.image_at_load, store.RegImage.begin());
   for (int i = 0; i < written_registers; ++i) show_register(i);
-  store.MsbLimit = 127;
+  limit_top_byte(0);
 }
 
 void EightRegisterPanel::finish_load() {

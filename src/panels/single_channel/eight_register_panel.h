@@ -77,6 +77,8 @@ class EightRegisterPanel final : public RegisterPanel {
   void follow_reset(bool active);
   void follow_power(bool down);
   void show_cycle_bytes();
+  // Takes over the largest top byte of a count at a position of OptITime.
+  void limit_top_byte(int resolution);
 
   const EightRegisterModel& model_;
   // What a loop does of what was asked for meanwhile, in this order.

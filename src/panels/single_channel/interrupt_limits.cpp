@@ -9,7 +9,7 @@ InterruptLimits::InterruptLimits(Program& owner, RegisterPanel& of_panel,
                                  const EightRegisterModel& panel_model)
     : PanelPart(owner, of_panel),
       model_(panel_model),
-      txtIUpperLimit(panel, "txtIUpperLimit", {.Text = panel_model.limit_maximum_text}) {
+      txtIUpperLimit(panel, "txtIUpperLimit", {.Text = forms::CStr(panel_model.limit_maximum)}) {
   on(txtIUpperLimit, Event::KeyPress, &InterruptLimits::txtIUpperLimit_KeyPress);
   on(txtILowerLimit, Event::KeyPress, &InterruptLimits::txtILowerLimit_KeyPress);
 }
@@ -19,8 +19,8 @@ InterruptLimits::Limit InterruptLimits::high() {
           txtIUpperLimit,
           &Store::PendingIntHigh,
           {model_.limit_maximum, false},
-          model_.high_limit_message,
-          model_.limit_maximum_text};
+          "Hign Interrupt Limit must be  => 256 and < =",
+          forms::CStr(model_.limit_maximum)};
 }
 
 InterruptLimits::Limit InterruptLimits::low() {
@@ -28,7 +28,7 @@ InterruptLimits::Limit InterruptLimits::low() {
           txtILowerLimit,
           &Store::PendingIntLow,
           {model_.limit_maximum, true},
-          model_.low_limit_message,
+          "Low Interrupt Limit must be 0, => 256 and < =",
           "0"};
 }
 
@@ -54,7 +54,7 @@ void InterruptLimits::enter(const Limit& limit) {
   if (forms::IsNumeric(limit.box.Text)) {
     const LimitEntry entry = limit_entry(forms::Val(limit.box.Text), limit.rules);
     if (!entry.byte) {
-      MsgBox(limit.message);
+      MsgBox(limit.message + forms::CStr(limit.rules.maximum));
       limit.box.Text = limit.refused_text;
       return;
     }

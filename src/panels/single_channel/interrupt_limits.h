@@ -1,6 +1,8 @@
 // The interrupt limits of the sensors with eight registers, entered in decimal.
 #pragma once
 
+#include <string>
+
 #include "panels/common/panel_part.h"
 #include "panels/single_channel/eight_register_model.h"
 
@@ -22,8 +24,8 @@ class InterruptLimits : public PanelPart {
     TextBox& box;
     Flag Store::*pending;
     LimitRules rules;
-    const char* message;
-    const char* refused_text;  // what the box shows behind the message
+    std::string message;       // what it must be, up to the maximum
+    std::string refused_text;  // what the box shows behind the message
   };
   Limit high();
   Limit low();
