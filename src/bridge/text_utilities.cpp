@@ -15,10 +15,9 @@ std::uint32_t digit_value(char character) {
   return 0;
 }
 
-// "&H" is put in front unless it is there already; a reply of one or two characters always gets it.
+// "&H" is put in front unless it is there already.
 std::string with_hex_prefix(const std::string& reply) {
-  const bool has_prefix = reply.size() > 2 && forms::UCase(reply.substr(0, 2)) == "&H";
-  return has_prefix ? reply : "&H" + reply;
+  return forms::UCase(reply.substr(0, 2)) == "&H" ? reply : "&H" + reply;
 }
 
 }  // namespace

@@ -14,8 +14,6 @@ namespace {
 
 using forms::Event;
 
-constexpr int backspace = 8;
-constexpr int carriage_return = 13;
 constexpr int escape = 27;
 
 // The character code that a key press has for a handler; 0 for keys that are none.
@@ -23,9 +21,9 @@ int key_ascii(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      return carriage_return;
+      return forms::vbKeyReturn;
     case Qt::Key_Backspace:
-      return backspace;
+      return forms::vbKeyBack;
     case Qt::Key_Escape:
       return escape;
     default:
@@ -83,7 +81,7 @@ class TextBinding : public Binding {
  private:
   // A box that waits for a click, or two, has a key for each as well.
   bool click_by_key(const QKeyEvent& key) {
-    if (key_ascii(key) != carriage_return || !(key.modifiers() & Qt::ControlModifier)) return false;
+    if (key_ascii(key) != forms::vbKeyReturn || !(key.modifiers() & Qt::ControlModifier)) return false;
     if (key.modifiers() & Qt::ShiftModifier) {
       clicked_twice();
     } else {
