@@ -1,38 +1,21 @@
 // A board on the emulated USB, and a host that talks to it through the driver interface. Time is real.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <chrono>
-#include <cstdint>
-#include <vector>
 
 #include "boards/usb/usb_board.h"
+#include "support/board_host.h"
 #include "usb/emulated_usb.h"
 
-class UsbBoardTest : public testing::Test {
+class UsbBoardTest : public BoardHost {
  protected:
-  using Bytes = std::vector<std::uint8_t>;
-
-  struct Received {
-    boards::Status status;
-    std::size_t transferred;
-    Bytes buffer;
-  };
-
-  static constexpr boards::MatchRow match{0x7A53, 0x2005};
-
   usb_testing::EmulatedBoard board;
   usb_testing::EmulatedBoard other_board;
   usb_testing::EmulatedUsb usb;
   boards::UsbBoard driver;
-  boards::Handle session = 0;
-  boards::Handle device = 0;  // of the last attach
   boards::Status interface_status = 1;
-  std::vector<boards::Handle> detached;
   std::vector<std::string> advices;
   std::vector<std::string> remarks;
-  int attaches = 0;
 
   void SetUp() override {
     if (!usb.possible()) GTEST_SKIP() << "umockdev's library is not preloaded (run this test through ctest)";
@@ -75,20 +58,7 @@ class UsbBoardTest : public testing::Test {
         [&](boards::SimulatedBoard& brain) { return int{brain.register_value(address).value()}; });
   }
 
-  boards::Status send(std::int32_t pipe, Bytes packet) {
-    std::size_t transferred = 0;
-    const boards::Status status = driver.WDU_Transfer(device, pipe, false, packet, transferred);
-    EXPECT_EQ(transferred, status == boards::success ? packet.size() : 0u);
-    return status;
-  }
-  // The buffer is filled with EE beforehand, so that bytes which didn't come are seen.
-  Received receive(std::int32_t pipe, std::size_t size) {
-    Received result{0, 0, Bytes(size, 0xEE)};
-    result.status = driver.WDU_Transfer(device, pipe, true, result.buffer, result.transferred);
-    return result;
-  }
-  boards::Status i2c(Bytes packet) { return send(boards::pipe_i2c_out, std::move(packet)); }
-  Received i2c_reply(std::size_t size) { return receive(boards::pipe_i2c_in, size); }
+  boards::Driver& board_driver() override { return driver; }
 
   template <class Action>
   static double milliseconds_of(Action&& action) {
