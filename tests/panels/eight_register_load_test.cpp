@@ -61,53 +61,6 @@ TEST_F(Kvt71356Load, LoadTheirDefaultsAndWriteThem) {
   EXPECT_FALSE(panel->ChkCommand.has(3));
 }
 
-TEST_F(Kvt71344Load, TheirCaptions) {
-  EXPECT_EQ(panel->frmMeasure.Caption, "Measurement");
-  EXPECT_EQ(panel->OptMeasure(0).Caption, "D1-Only");
-  EXPECT_EQ(panel->OptMeasure(1).Caption, "D2-Only");
-  EXPECT_EQ(panel->OptMeasure(2).Caption, "D1-D2");
-  EXPECT_EQ(panel->frItime.Caption, "AD Resolution");
-  EXPECT_EQ(panel->frGain.Caption, "Range");
-  EXPECT_EQ(panel->frGain.ToolTipText, "Set the Lux Sensitivity Gain  / Level.");
-  EXPECT_EQ(panel->OptGain(2).Caption, "16k");
-  EXPECT_EQ(panel->OptGain(2).ToolTipText, "Set the Lux Sensitivity Gain  / Level.");
-  EXPECT_EQ(panel->frControl.Caption, "Interrupt Control");
-  EXPECT_EQ(panel->OpInt(0).ToolTipText,
-            "Interrupt High / Low threshold level must exist for 1 integration cycle before Interrupt Signal "
-            "will be asserted.");
-  EXPECT_EQ(
-      panel->OpInt(3).ToolTipText,
-      "Interrupt High / Low threshold level must exist for 16 integration cycles before Interrupt Signal "
-      "will be asserted.");
-  EXPECT_EQ(panel->ChkCommand(0).Caption, "Reset ADC");
-  EXPECT_EQ(panel->ChkCommand(1).Caption, "Pwr Down");
-  EXPECT_EQ(panel->ChkCommand(2).Caption, "Ext Time");
-  EXPECT_EQ(panel->ChkCommand(3).Caption, "ADC &&  Device Power Down");
-  EXPECT_EQ(panel->cmdSetCommand.Caption, "Write Command Register R0");
-  EXPECT_EQ(panel->cmdSetControl.Caption, "Write  Control Register R1");
-  EXPECT_EQ(panel->cmdSetIntHigh.Caption, "Write High Int Limit R2");
-  EXPECT_EQ(panel->cmdSetIntLow.Caption, "Write Low Int Limit R3");
-  EXPECT_EQ(panel->cmdRead_All.Caption, "Read Regs R0-R3");
-  EXPECT_EQ(panel->cmdRead_Measurements.Caption, "Read Lux && ICycle R4-R7");
-  EXPECT_EQ(panel->cmdSync.Caption, "Send EOC");
-  EXPECT_EQ(panel->cmdSync.ToolTipText, "Send Start Integration to ADC. Used when in External Timing");
-  EXPECT_EQ(panel->cbReset.Caption, "Reset  KVT7134x");
-}
-
-TEST_F(Kvt71356Load, TheirCaptions) {
-  EXPECT_EQ(panel->OptITime(0).Caption, "15");
-  EXPECT_EQ(panel->OptITime(3).Caption, "3");
-  EXPECT_EQ(panel->OptGain(3).Caption, "128000");
-  EXPECT_EQ(panel->ChkCommand(1).Caption, "Power Down");
-  EXPECT_EQ(panel->ChkCommand(2).Caption, "External Time");
-  EXPECT_EQ(panel->cmdSetCommand.Caption, "Write Command Register b000");
-  EXPECT_EQ(panel->cmdSetControl.Caption, "Write  Control Register b001");
-  EXPECT_EQ(panel->cmdSetIntHigh.Caption, "Write High Int Limit b010");
-  EXPECT_EQ(panel->cmdSetIntLow.Caption, "Write Low Int Limit b011");
-  EXPECT_EQ(panel->cmdRead_All.Caption, "Read Regs b000-011");
-  EXPECT_EQ(panel->cmdRead_Measurements.Caption, "Read Lux && ICycle b100-111");
-}
-
 // --- the device list ---
 
 TEST_F(Kvt71344Load, TheDeviceListStepsByTwo) {

@@ -165,24 +165,11 @@ TEST_F(Kvt71338Options, ItsCaptions) {
                                                     {"cmdSync", "Send Sync"},
                                                     {"lblSync", "Sync &&h80"},
                                                     {"Label16", "Time Base Counter"}};
-  std::size_t found = 0;
-  for (const forms::Control* control : panel->controls()) {
-    const auto entry = captions.find(control->full_name());
-    if (entry == captions.end()) continue;
-    ++found;
-    const auto* option = dynamic_cast<const forms::OptionButton*>(control);
-    const auto* check = dynamic_cast<const forms::CheckBox*>(control);
-    const auto* frame = dynamic_cast<const forms::Frame*>(control);
-    const auto* button = dynamic_cast<const forms::CommandButton*>(control);
-    const auto* label = dynamic_cast<const forms::Label*>(control);
-    const std::string caption = option   ? option->Caption.get()
-                                : check  ? check->Caption.get()
-                                : frame  ? frame->Caption.get()
-                                : button ? button->Caption.get()
-                                         : label->Caption.get();
-    EXPECT_EQ(caption, entry->second) << entry->first;
+  const WordsOfControls words = words_of(*panel);
+  for (const auto& [name, caption] : captions) {
+    ASSERT_TRUE(words.contains(name)) << name;
+    EXPECT_EQ(words.at(name).caption, caption) << name;
   }
-  EXPECT_EQ(found, captions.size());
   EXPECT_EQ(panel->cmdSync.ToolTipText, "Send Start /Stop Integration to ADC. Used when in External Timing");
   EXPECT_FALSE(panel->OptMode.has(0));
   EXPECT_FALSE(panel->txtRegHex.has(1));

@@ -48,26 +48,50 @@ TEST_P(PanelLoad, StartsNoTimer) {
 }
 
 TEST_P(PanelLoad, SharedControlsSayWhatTheyDo) {
-  EXPECT_EQ(panel.cmdCollectData.Caption, "Collect / Graph Real Time Data");
-  EXPECT_EQ(panel.cmdStopData.Caption, "Stop Data Acquisition");
-  EXPECT_EQ(panel.cmdEndSampling.Caption, "Stop Sampling");
-  EXPECT_EQ(panel.cmdAbort.Caption, "Terminate");
-  EXPECT_EQ(panel.lblCapturedReadings.Caption, "Captured Readings");
-  EXPECT_EQ(panel.Label6.Caption, "Command to Record Time (mS)");
-  EXPECT_EQ(panel.Label14.Caption, "Command to Command Time (mS)");
-  EXPECT_EQ(panel.frmDataRecord.Caption, "Save Measurements to File");
-  EXPECT_EQ(panel.chkAppend.Caption, "Append");
-  EXPECT_EQ(panel.chkAppend.ToolTipText,
-            "If check, data is appended to end of Measurement file, if uncheck file is overwritten with "
-            "present data only.");
-  EXPECT_EQ(panel.cmdBrowse.Caption, "Browse");
-  EXPECT_EQ(panel.cmdBrowse.ToolTipText, "Use this to select file where measurement data will be written.");
-  EXPECT_EQ(panel.cmdStartRec(0).Caption, "Write to Disk");
-  EXPECT_EQ(panel.cmdStartRec(0).ToolTipText, "Click here to save measurement to disk file.");
-  EXPECT_EQ(panel.txtFilePath.ToolTipText,
-            "Contains Path + File name where measurement data will be written.");
-  EXPECT_EQ(panel.txtScale.ToolTipText,
-            "Enter a number here followed by the \"Enter\" key to set the Max range toa specific number.");
+  const WordsOfControls shared{
+      {"frmAbout", {"About"}},
+      {"FrmDevice", {"Device"}},
+      {"lblI2CAddr", {"I2C Address (7 bit)"}},
+      {"lblI2cXmitAdr", {"Transmitted (8 bit)"}},
+      {"frmMode", {"Mode & Status"}},
+      {"frmTimeBase", {"Sampling Time Base Control"}},
+      {"Label13", {"USB Comm"}},
+      {"lblHandleStatus", {"Panel Loaded"}},
+      {"lblCapturedReadings", {"Captured Readings"}},
+      {"cmdSample", {"Trigger / Read Light Sensor with Selected Delay Time"}},
+      {"cmdEndSampling", {"Stop Sampling"}},
+      {"cmdCollectData", {"Collect / Graph Real Time Data"}},
+      {"cmdStopData", {"Stop Data Acquisition"}},
+      {"cmdAbort", {"Terminate"}},
+      {"lblDelay", {"Delay Trigger to Read (mS)"}},
+      {"lblInterval", {"Sample Interval (mS)"}},
+      {"Label17", {"Reading 2"}},
+      {"Label6", {"Command to Record Time (mS)"}},
+      {"Label14", {"Command to Command Time (mS)"}},
+      {"lblSampleByte", {"Reply Bytes"}},
+      {"lblADHex", {"AD Count Hex"}},
+      {"lblADDec", {"AD Count Dec"}},
+      {"cmdWaveformINit", {"Init Waveform"}},
+      {"cmdDrawTrace", {"DrawTrace"}},
+      {"cmdScale", {"Manual Re-Scale"}},
+      {"cmdAutoScale", {"Automatic Re-Scale"}},
+      {"cmdSaveScreen", {"Save Screen"}},
+      {"cmdRestoreScreen", {"Clear Graph"}},
+      {"lblScale", {"Scale Max"}},
+      {"txtScale",
+       {"", "Enter a number here followed by the \"Enter\" key to set the Max range toa specific number."}},
+      {"lblScaleMin", {"Scale Min"}},
+      {"frmDataRecord", {"Save Measurements to File"}},
+      {"chkAppend",
+       {"Append",
+        "If check, data is appended to end of Measurement file, if uncheck file is overwritten with present "
+        "data only."}},
+      {"cmdBrowse", {"Browse", "Use this to select file where measurement data will be written."}},
+      {"cmdStartRec(0)", {"Write to Disk", "Click here to save measurement to disk file."}},
+      {"txtFilePath", {"", "Contains Path + File name where measurement data will be written."}}};
+  expect_words(panel, shared);
+  EXPECT_EQ(panel.Command4.Caption, "Exit");
+  EXPECT_EQ(panel.Command4.ToolTipText, "Click here when you wish to exit the program.");
 }
 
 TEST_P(PanelLoad, TheDelayListGoesUpInFives) {

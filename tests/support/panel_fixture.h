@@ -38,6 +38,34 @@ inline std::string panel_name(const ::testing::TestParamInfo<std::string>& info)
   return info.param;
 }
 
+// What a control says.
+struct Words {
+  std::string caption;
+  std::string tip = {};
+};
+using WordsOfControls = std::map<std::string, Words>;  // by full name; none of a control that says nothing
+
+inline WordsOfControls words_of(const forms::Form& form) {
+  WordsOfControls all;
+  for (const forms::Control* control : form.controls()) {
+    const auto* caption =
+        dynamic_cast<const forms::Property<std::string>*>(control->find_property("Caption"));
+    const Words words{caption ? caption->get() : "", control->ToolTipText.get()};
+    if (!words.caption.empty() || !words.tip.empty()) all.emplace(control->full_name(), words);
+  }
+  return all;
+}
+
+inline void expect_words(const forms::Form& form, const WordsOfControls& expected) {
+  const WordsOfControls words = words_of(form);
+  for (const auto& [name, wanted] : expected) {
+    const auto entry = words.find(name);
+    ASSERT_NE(entry, words.end()) << name;
+    EXPECT_EQ(entry->second.caption, wanted.caption) << name;
+    EXPECT_EQ(entry->second.tip, wanted.tip) << name;
+  }
+}
+
 // What a panel needs beyond its load so that its sensor measures. A panel without an entry needs nothing.
 inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_by_panel{
     {frmKVT71346::form_name,
