@@ -19,17 +19,6 @@ TEST_F(Kvt71344Collection, APassUnderInternalTimingOnlyReads) {
   EXPECT_EQ(store.TriggerDone, -1);
 }
 
-TEST_F(Kvt71344Collection, APassUnderExternalTimingReadsBothAndEndsTheIntegration) {
-  external_timing();
-  collect(3);
-  const ByteLists out = sent();
-  ASSERT_GE(out.size(), 4u);
-  for (const std::size_t pass : {0u, 2u}) {
-    EXPECT_EQ(out[pass], (std::vector{4, 0x89, 4}));
-    EXPECT_EQ(out[pass + 1], (std::vector{0, 0x88, 0x80}));
-  }
-}
-
 TEST_F(Kvt71344Collection, TheMarginsAreFourAndThreeMilliseconds) {
   board.set_timing(false);
   std::vector<double> requests;
@@ -168,6 +157,20 @@ TEST_F(Kvt71344Collection, ACollectionResetsByItselfAndStarts) {
   }
 }
 
+// The box that powers the device down is ticked already: only taking it off writes.
+TEST_F(Kvt71344Collection, FromAPoweredDownDeviceACollectionStartsByItself) {
+  click(panel->ChkCommand(3));
+  EXPECT_EQ(box(0), "40");
+  forget_traffic();
+  collect(3);
+  EXPECT_TRUE(user.boxes.empty());
+  EXPECT_EQ(sent()[0], (std::vector{0, 0x88, 0, 0x80}));
+  EXPECT_EQ(panel->ChkCommand(3).Value, 0);
+  EXPECT_EQ(panel->cbReset.Caption, "Reset");
+  EXPECT_EQ(board.register_value(0), 0x80);
+  EXPECT_EQ(store.Sample_Count, 3);
+}
+
 TEST_F(Kvt71356Collection, ACollectionIsRefusedInResetAndInPowerDown) {
   click(panel->ChkCommand(0));
   forget_traffic();
@@ -186,41 +189,6 @@ TEST_F(Kvt71356Collection, ACollectionIsRefusedInResetAndInPowerDown) {
 }
 
 // --- deferred work ---
-
-TEST_F(Kvt71344Collection, TheLoopDoesWhatWaitsInItsFixedOrder) {
-  collect(12, [&] {
-    forget_traffic();
-    store.PendingUpdate = -1;
-    for (const auto flag : {&Store::PendingReadRegs, &Store::PendingIntLow, &Store::PendingIntHigh,
-                            &Store::PendingWriteR0, &Store::PendingWriteR1, &Store::PendingClearInt}) {
-      store.*flag = -1;
-    }
-    panel->txtRegHex(3).Text = "03";
-  });
-  const auto first_write = std::ranges::find_if(recorder.packets, [](const Packet& packet) {
-    return packet.bytes.size() == 3 && packet.bytes[2] == 0x40 && packet.pipe == 2;
-  });
-  ASSERT_NE(first_write, recorder.packets.end());
-  std::vector<std::pair<int, std::vector<int>>> work;
-  for (auto packet = first_write; packet != recorder.packets.end() && work.size() < 12; ++packet) {
-    work.emplace_back(packet->pipe,
-                      packet->pipe == 2 || packet->pipe == 1 ? packet->bytes : std::vector<int>{});
-  }
-  const std::vector<std::pair<int, std::vector<int>>> wanted{{2, {0, 0x88, 0x40}},
-                                                             {1, {0, 0, 0, 0, 2}},
-                                                             {129, {}},
-                                                             {2, {0, 0x88, 1, 0x00}},
-                                                             {2, {0, 0x88, 0, 0x80}},
-                                                             {2, {0, 0x88, 2, 0xFF}},
-                                                             {2, {0, 0x88, 3, 0x03}},
-                                                             {2, {2, 0x89, 2}},
-                                                             {130, {}},
-                                                             {2, {2, 0x89, 0}},
-                                                             {130, {}}};
-  work.resize(wanted.size());
-  EXPECT_EQ(work, wanted);
-  EXPECT_EQ(store.PendingUpdate, 0);
-}
 
 TEST_F(Kvt71344Collection, WithoutTheMainFlagNothingIsDone) {
   collect(12, [&] {

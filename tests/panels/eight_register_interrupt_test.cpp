@@ -6,8 +6,66 @@
 namespace varzelin::testing {
 namespace {
 
-using Kvt71344Interrupt = Kvt71344;
-using Kvt71356Interrupt = Kvt71356;
+template <class Fixture>
+struct Interrupt : Fixture {
+  using Fixture::panel;
+  using Fixture::store;
+
+  void expect_left_to_the_loop() {
+    this->board.set_port('B', 0x7F);
+    this->collect(12, [&] {
+      this->forget_traffic();
+      forms::user::click(panel->watch.cmdClrInt);
+      EXPECT_TRUE(this->recorder.packets.empty());
+      EXPECT_EQ(store.PendingClearInt, -1);
+      EXPECT_EQ(store.PendingReadRegs, -1);
+      EXPECT_EQ(store.PendingUpdate, -1);
+      EXPECT_EQ(panel->watch.txtPbInt.Text, "");
+    });
+    EXPECT_EQ(std::ranges::count(this->sent(), std::vector{0, 0x88, 0x40}), 1);
+    EXPECT_EQ(panel->watch.txtPbInt.Text, "7F");
+    EXPECT_EQ(panel->watch.ShpINTexternal.FillColor.get(), this->lamp(12));
+  }
+  // Samples the pin at each level: what is sent on the port's pipe, and what is shown of the reply.
+  void expect_pin(const std::vector<int>& request) {
+    for (const auto& [level, text, color] :
+         {std::tuple{0x00, "00", 12}, {0x7F, "7F", 12}, {0x80, "80", 0}, {0xFF, "FF", 0}}) {
+      this->board.set_port('B', static_cast<std::uint8_t>(level));
+      this->forget_traffic();
+      this->click(panel->watch.cmdSample_Portb);
+      EXPECT_EQ(panel->watch.txtPbInt.Text, text);
+      EXPECT_EQ(panel->watch.ShpINTexternal.FillColor.get(), this->lamp(color));
+      ASSERT_EQ(this->recorder.packets.size(), 2u);
+      EXPECT_EQ(this->recorder.packets[0], (Packet{boards::pipe_gpio_out, request, 0, request.size()}));
+      EXPECT_EQ(this->recorder.packets[1].pipe, boards::pipe_gpio_in);
+      EXPECT_EQ(this->recorder.packets[1].size, 25u);
+      EXPECT_EQ(this->calls("WDU_VB_Init"), 1u);
+      EXPECT_EQ(store.Usb_Open, 0);
+    }
+  }
+  // Polling, the lamp of it goes over with each pass.
+  void expect_lamp_to_alternate() {
+    std::vector<forms::Color> lamps;
+    this->recorder.before_call = [&] {
+      const auto& packets = this->recorder.packets;
+      if (packets.empty() || packets.back().pipe != boards::pipe_i2c_out) return;
+      lamps.push_back(panel->watch.ShpISample.FillColor.get());
+    };
+    this->click(panel->watch.ChkIpol);
+    this->forget_traffic();
+    this->collect(4);
+    std::erase_if(lamps, [previous = std::optional<forms::Color>()](const forms::Color& color) mutable {
+      return std::exchange(previous, color) == color;
+    });
+    ASSERT_GE(lamps.size(), 4u);
+    for (std::size_t i = 0; i < lamps.size(); ++i) {
+      EXPECT_EQ(lamps[i], this->lamp(i % 2 == 0 ? 10 : 2)) << i;
+    }
+  }
+};
+
+using Kvt71344Interrupt = Interrupt<Kvt71344>;
+using Kvt71356Interrupt = Interrupt<Kvt71356>;
 
 TEST_F(Kvt71344Interrupt, ClearingSendsTheCommandInASessionOfItsOwnAndReadsBack) {
   store.PendingClearInt = -1;
@@ -33,36 +91,40 @@ TEST_F(Kvt71344Interrupt, TheBigButtonClearsAndSamplesThePin) {
   EXPECT_EQ(panel->watch.txtPbInt.Text, "FF");
 }
 
+TEST_F(Kvt71356Interrupt, TheBigButtonClearsAndSamplesThePinInTwoSessions) {
+  click(panel->watch.cmdClrInt);
+  EXPECT_EQ(sent(), (ByteLists{{0, 0x88, 0x40}, {2, 0x89, 2}, {2, 0x89, 0}}));
+  EXPECT_EQ(sent_on(boards::pipe_gpio_out), (ByteLists{{0xFF, 0xFF, 0, 0}}));
+  EXPECT_EQ(recorder.packets.back().pipe, boards::pipe_gpio_in);
+  EXPECT_EQ(panel->watch.txtPbInt.Text, "FF");
+  EXPECT_EQ(store.PendingUpdate, 0);
+  EXPECT_EQ(calls("WDU_VB_Init"), 2u);
+  EXPECT_EQ(store.Usb_Open, 0);
+}
+
 TEST_F(Kvt71344Interrupt, InALoopTheBigButtonLeavesItToTheLoopAndThePinShowsBehindIt) {
-  board.set_port('B', 0x7F);
-  collect(12, [&] {
-    forget_traffic();
-    forms::user::click(panel->watch.cmdClrInt);
-    EXPECT_TRUE(std::ranges::none_of(sent(), [](const auto& bytes) { return bytes.back() == 0x40; }));
-    EXPECT_EQ(store.PendingClearInt, -1);
-    EXPECT_EQ(store.PendingReadRegs, -1);
-    EXPECT_EQ(store.PendingUpdate, -1);
-    EXPECT_EQ(panel->watch.txtPbInt.Text, "");
-  });
-  EXPECT_EQ(std::ranges::count(sent(), std::vector{0, 0x88, 0x40}), 1);
-  EXPECT_EQ(panel->watch.txtPbInt.Text, "7F");
-  EXPECT_EQ(panel->watch.ShpINTexternal.FillColor.get(), lamp(12));
+  expect_left_to_the_loop();
+}
+TEST_F(Kvt71356Interrupt, InALoopTheBigButtonLeavesItToTheLoopAndThePinShowsBehindIt) {
+  expect_left_to_the_loop();
+}
+
+// With a stop asked for it is left as well, though no loop is there to do it.
+TEST_F(Kvt71356Interrupt, BehindAStopTheBigButtonIsLeft) {
+  store.AbortRequested = -1;
+  click(panel->watch.cmdClrInt);
+  EXPECT_TRUE(recorder.packets.empty());
+  EXPECT_EQ(store.PendingClearInt, -1);
+  EXPECT_EQ(store.PendingReadRegs, -1);
+  EXPECT_EQ(store.PendingUpdate, -1);
 }
 
 TEST_F(Kvt71344Interrupt, ThePinIsBitSevenOfPortB) {
-  for (const auto& [level, text, color] :
-       {std::tuple{0x00, "00", 12}, {0x7F, "7F", 12}, {0x80, "80", 0}, {0xFF, "FF", 0}}) {
-    board.set_port('B', static_cast<std::uint8_t>(level));
-    forget_traffic();
-    click(panel->watch.cmdSample_Portb);
-    EXPECT_EQ(panel->watch.txtPbInt.Text, text);
-    EXPECT_EQ(panel->watch.ShpINTexternal.FillColor.get(), lamp(color));
-    ASSERT_EQ(recorder.packets.size(), 2u);
-    EXPECT_EQ(recorder.packets[0], (Packet{1, {0, 0, 0, 0, 2}, 0, 5}));
-    EXPECT_EQ(recorder.packets[1].pipe, 129);
-    EXPECT_EQ(recorder.packets[1].size, 25u);
-    EXPECT_EQ(store.Usb_Open, 0);
-  }
+  expect_pin({0, 0, 0, 0, 2});
+}
+TEST_F(Kvt71356Interrupt, ThePinIsBitSevenOfPortBByAWriteOfTheGpioPanel) {
+  expect_pin({0xFF, 0xFF, 0, 0});
+  EXPECT_EQ(form<frmGPIO>().txtPCHexData(1).Text, "FF");
 }
 
 TEST_F(Kvt71344Interrupt, TheFirstBoardIsAskedOnTheSensorsPipe) {
@@ -74,13 +136,10 @@ TEST_F(Kvt71344Interrupt, TheFirstBoardIsAskedOnTheSensorsPipe) {
   EXPECT_EQ(recorder.packets[1].size, 3u);
 }
 
-TEST_F(Kvt71356Interrupt, ThePinIsSampledByAWriteOfTheGpioPanel) {
-  board.set_port('B', 0x12);
-  click(panel->watch.cmdSample_Portb);
-  EXPECT_EQ(recorder.packets[0], (Packet{1, {0xFF, 0xFF, 0, 0}, 0, 4}));
-  EXPECT_EQ(panel->watch.txtPbInt.Text, "12");
-  EXPECT_EQ(form<frmGPIO>().txtPCHexData(1).Text, "12");
-  EXPECT_EQ(panel->watch.ShpINTexternal.FillColor.get(), lamp(12));
+// It has no way of its own on the first board.
+TEST_F(Kvt71356Interrupt, TheFirstBoardIsAskedByTheGpioPanelToo) {
+  store.Board_Rev = 1;
+  expect_pin({0xFF, 0xFF, 0, 0});
 }
 
 TEST_F(Kvt71344Interrupt, TheReadBackShowsTheFlag) {
@@ -154,6 +213,13 @@ TEST_F(Kvt71344Interrupt, ACollectionWatchesThePinInPlaceOfTheFlagAndGivesTheTim
   EXPECT_LE(std::abs(ports - readings), 1);
   EXPECT_TRUE(panel->watch.TimerIPol.Enabled);
   EXPECT_EQ(panel->watch.ChkIpol.Caption, "Polling INT Via Reg b001 Bit h20");
+}
+
+TEST_F(Kvt71344Interrupt, TheLampOfThePollingTurnsOverInEachPass) {
+  expect_lamp_to_alternate();
+}
+TEST_F(Kvt71356Interrupt, TheLampOfThePollingTurnsOverInEachPass) {
+  expect_lamp_to_alternate();
 }
 
 TEST_F(Kvt71344Interrupt, ACollectionWithoutPollingLeavesThePinAlone) {

@@ -160,6 +160,20 @@ TEST_F(Kvt71344Modes, ResetGoesByThePowerDownBox) {
   EXPECT_LT(clock.milliseconds() - start, 400);
 }
 
+// The sensor is down for a quarter of a second, and has a twentieth to start again.
+TEST_F(Kvt71344Modes, ResetWaitsBehindEachOfItsWrites) {
+  std::vector<double> calls_at;
+  recorder.before_call = [&] { calls_at.push_back(clock.milliseconds()); };
+  click(panel->cbReset);
+  const double end = clock.milliseconds();
+  std::vector<double> waits;
+  for (std::size_t i = 1; i < calls_at.size(); ++i) waits.push_back(calls_at[i] - calls_at[i - 1]);
+  std::ranges::sort(waits, std::greater());
+  EXPECT_NEAR(waits[0], 250, 1);
+  EXPECT_LT(waits[1], 11);
+  EXPECT_NEAR(end - calls_at.back(), 50, 1);
+}
+
 TEST_F(Kvt71356Modes, ResetGoesByTheResetBoxAndWaitsASecondTwice) {
   const double start = clock.milliseconds();
   click(panel->cbReset);

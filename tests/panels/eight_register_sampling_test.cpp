@@ -7,29 +7,6 @@ namespace {
 using Kvt71344Sampling = Kvt71344;
 using Kvt71356Sampling = Kvt71356;
 
-TEST_F(Kvt71344Sampling, ATimedPassReadsTheResultsTwice) {
-  panel->CboIntTime(5).ListIndex = 0;
-  sample(2);
-  const ByteLists out = sent();
-  ASSERT_GE(out.size(), 4u);
-  EXPECT_EQ(out[0], (std::vector{2, 0x89, 4}));
-  EXPECT_EQ(out[1], (std::vector{4, 0x89, 4}));
-  // The register boxes' read leaves its count.
-  EXPECT_EQ(out[2], (std::vector{4, 0x89, 4}));
-  for (const Packet& packet : recorder.packets) {
-    if (packet.pipe == 130) {
-      EXPECT_EQ(packet.size, 5u);
-    }
-  }
-}
-
-TEST_F(Kvt71344Sampling, ATimedPassUnderExternalTimingBeginsWithTheCommand) {
-  external_timing();
-  sample(1);
-  EXPECT_EQ(sent()[0], (std::vector{0, 0x88, 0x80}));
-  EXPECT_EQ(sent()[1], (std::vector{4, 0x89, 4}));
-}
-
 TEST_F(Kvt71344Sampling, ATimedReadingShowsItsBytes) {
   external_timing();
   replying({4, 0x05, 0x0C, 0x07, 0x01});
@@ -107,6 +84,53 @@ TEST_F(Kvt71344Sampling, StopSamplingLeavesASessionThatIsNotHeld) {
   click(workbench().cmdUSBConnect);
   program.runtime.dispatch([&] { panel->cmdEndSampling_Click(); });
   EXPECT_EQ(store.Usb_Open, -1);
+}
+
+// --- a session that the user let go in the middle of a run ---
+
+struct LetGo : EightRegisterFixture {
+  // The way of the session from the letting go to the end of the next pass, under external timing.
+  std::vector<std::string> way_of_session(const char* form_name) {
+    open(form_name);
+    external_timing();
+    panel->CboIntTime(5).ListIndex = 0;
+    at_yield(count_reaches(3), [&] {
+      workbench().ChKManUsbConn.Value = 1;
+      workbench().ChKManUsbConn.Value = 0;
+      forms::user::click(workbench().cmdUSBDisconnect);
+      forget_traffic();
+      at_yield(count_reaches(5), clicking(panel->cmdEndSampling));
+    });
+    click(panel->cmdSample);
+    constexpr std::size_t transfers_to_see = 9;
+    std::vector<std::string> way;
+    std::size_t transfers = 0;
+    for (const std::string& call : recorder.calls) {
+      if (call == "WDU_VB_Init") way.emplace_back("open");
+      if (call == "WDU_VB_Uninit") way.emplace_back("close");
+      if (call != "WDU_Transfer") continue;
+      if (transfers == transfers_to_see) break;
+      const Packet& packet = recorder.packets[transfers++];
+      way.emplace_back(packet.status != 0 ? "failed" : packet.pipe < 0x80 ? "request" : "reply");
+    }
+    return way;
+  }
+};
+
+using Way = std::vector<std::string>;
+
+TEST_F(LetGo, TriggerAndReadingOpenAndCloseItByThemselves) {
+  const Way way = way_of_session("frmKVT71356");
+  EXPECT_EQ(Way(way.begin(), way.begin() + 19),
+            (Way{"open", "request", "reply", "close", "open", "request", "reply", "close", "open", "request",
+                 "close", "open", "request", "reply", "close", "open", "request", "reply", "close"}));
+}
+
+TEST_F(LetGo, OtherwiseOnlyTheRegistersReadOpensIt) {
+  const Way way = way_of_session("frmKVT71344");
+  EXPECT_EQ(Way(way.begin(), way.begin() + 13),
+            (Way{"failed", "failed", "open", "request", "reply", "close", "failed", "failed", "failed",
+                 "open", "request", "reply", "close"}));
 }
 
 // --- guards ---
