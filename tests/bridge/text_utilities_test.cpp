@@ -70,6 +70,12 @@ TEST(SplitFields, KeepsEmptyFieldsButNotOneAtTheVeryEnd) {
   }
 }
 
+TEST(SplitFields, WithoutFieldsThereIsNoLastOne) {
+  std::string text = "A,B";
+  EXPECT_EQ(Split_Fields(text, {}, ","), 0);
+  EXPECT_EQ(text, "A,B,");
+}
+
 TEST(HexKey, PassesHexadecimalKeysInUpperCase) {
   for (int key = 0; key < 256; ++key) {
     const bool digit = key >= '0' && key <= '9';

@@ -13,6 +13,7 @@ struct EightRegisterFaults : PanelFaults {
   bool options = false;
 
   void make_ready() override {
+    EXPECT_EQ(registers.watch.TimerIPol.Enabled.get(), registers.watch.ChkIpol.Value == 1);
     PanelFaults::make_ready();
     registers.ChkCommand(2).Value = external_timing ? 1 : 0;
     registers.watch.ChkIpol.Value = polling ? 1 : 0;

@@ -184,6 +184,18 @@ TEST_F(Kvt71356Interrupt, ATickReadsTheFlagAndLeavesTheSessionOpen) {
   EXPECT_EQ(recorder.packets[1].size, 3u);
 }
 
+TEST_F(Kvt71356Interrupt, ATickInAHeldSessionDoesNotOpenItAgain) {
+  click(workbench().cmdUSBConnect);
+  store.Man_Usb_Conn = -1;
+  const std::size_t before = log().size();
+  program.runtime.dispatch([&] { panel->watch.TimerIPol_Timer(); });
+  EXPECT_EQ(sent(), (ByteLists{{2, 0x89, 0}}));
+  EXPECT_EQ(log().find("Already Opened", before), std::string::npos);
+  store.Man_Usb_Conn = 0;
+  program.runtime.dispatch([&] { panel->watch.TimerIPol_Timer(); });
+  EXPECT_NE(log().find("Already Opened", before), std::string::npos);
+}
+
 TEST_F(Kvt71356Interrupt, TheTimerTicksFourTimesASecond) {
   click(panel->watch.ChkIpol);
   forget_traffic();

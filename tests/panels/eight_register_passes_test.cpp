@@ -14,6 +14,8 @@ struct PassesOf {
   Step port_request;
   // Before each transfer of a timed pass under external timing.
   std::vector<int> yields;
+
+  friend void PrintTo(const PassesOf& model, std::ostream* out) { *out << model.form_name; }
 };
 
 struct EightRegisterPasses : EightRegisterFixture, ::testing::WithParamInterface<PassesOf> {

@@ -122,6 +122,7 @@ TEST(ResistorCalculator, TheRangesAndTheLuxOfACountFollowTheResistor) {
 
 TEST(ResistorCalculator, WithoutAFullCountThereIsNoLuxOfACount) {
   EXPECT_FALSE(calculate(500000, 0, 1000).lux_factor);
+  EXPECT_EQ(calculate(500000, 1, 1000).lux_factor, 1000);
 }
 
 // What is shown is what is reckoned with.

@@ -61,8 +61,11 @@ TEST_F(Kvt71346, ClosingTheWindowClosesAnOpenDriverSession) {
   click(workbench().cmdUSBConnect);
   ASSERT_EQ(store.Usb_Open, -1);
   forget_traffic();
+  int yields_before_closed = 0;
+  user.at_yield = [&] { yields_before_closed += !recorder.calls.empty() && store.Usb_Open != 0; };
   program.forms.unload(panel, 0);
   EXPECT_EQ(recorder.calls, std::vector<std::string>{"WDU_VB_Uninit"});
+  EXPECT_EQ(yields_before_closed, 2);
   EXPECT_EQ(store.Usb_Open, 0);
   EXPECT_EQ(workbench().txthDriver.Text, "");
 }

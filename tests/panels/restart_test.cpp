@@ -54,6 +54,12 @@ TEST_P(PanelRestart, EnterGoesOnWithTheNewInterval) {
   EXPECT_EQ(store.Sample_Value[10], 1);
 }
 
+TEST_P(PanelRestart, WithoutWorkThatWaitsItAsksForNone) {
+  recorder.before_call = [&] { EXPECT_EQ(store.PendingUpdate, 0); };
+  run([&] { forms::user::enter(panel.txtInterval); }, 4);
+  expect_one_session();
+}
+
 TEST_P(PanelRestart, TheFirstSampleAfterItWaitsForTheNewInterval) {
   double entered = 0;
   double read = 0;

@@ -186,6 +186,10 @@ TEST_F(Trace, ItsColourTogglesFromBlackToRedToBlueAndBack) {
   EXPECT_EQ(colours(), (std::array{0, 0, 255}));
   toggle_trace_colour(store);
   EXPECT_EQ(colours(), (std::array{255, 0, 0}));
+  // Anything but full red isn't red.
+  store.Trace_Red = 254;
+  toggle_trace_colour(store);
+  EXPECT_EQ(colours(), (std::array{255, 0, 0}));
 }
 
 TEST_F(Trace, ClearingFillsElements0To403WithOne) {
