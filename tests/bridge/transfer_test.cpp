@@ -202,6 +202,21 @@ TEST_F(BridgeTransfer, WhatAHandlerTransfersInAYieldDoesNotDisturbTheTransferAro
   }
 }
 
+// What was to be transferred for the collection before is void.
+TEST_F(BridgeTransfer, ACollectionBegunInTheYieldBeforeATransferGivesItUp) {
+  using Transfer = Outcome (*)(Program&);
+  for (const Transfer transfer : {Transfer{Fast_Write}, Transfer{Fast_Read}, Transfer{WritePipe}}) {
+    set_request(store, boards::pipe_i2c_out, {1, 0x89, 0});
+    recorder.packets.clear();
+    user.at_yield = [&] { ++store.Collections; };
+    EXPECT_EQ(transfer(program), Outcome::given_up);
+    EXPECT_TRUE(recorder.packets.empty());
+    user.at_yield = nullptr;
+    EXPECT_NE(transfer(program), Outcome::given_up);
+    EXPECT_EQ(recorder.packets.size(), 1u);
+  }
+}
+
 TEST_F(BridgeTransfer, ReadsGoToTheAddressAboveThatOfTheWrites) {
   struct Addresses {
     int given, write, read;

@@ -112,7 +112,10 @@ TEST_F(Kvt71356Interrupt, InALoopTheBigButtonLeavesItToTheLoopAndThePinShowsBehi
 // With a stop asked for it is left as well, though no loop is there to do it.
 TEST_F(Kvt71356Interrupt, BehindAStopTheBigButtonIsLeft) {
   store.AbortRequested = -1;
+  int yields = 0;
+  user.at_yield = [&] { ++yields; };
   click(panel->watch.cmdClrInt);
+  EXPECT_EQ(yields, 1);
   EXPECT_TRUE(recorder.packets.empty());
   EXPECT_EQ(store.PendingClearInt, -1);
   EXPECT_EQ(store.PendingReadRegs, -1);
@@ -162,7 +165,10 @@ TEST_F(Kvt71344Interrupt, PollingOnlyChangesTheCaption) {
   EXPECT_EQ(panel->watch.ChkIpol.Caption, "Polling INT Via Register");
   EXPECT_FALSE(panel->watch.TimerIPol.handles(forms::Event::Timer));
   panel->watch.ShpISample.FillColor = lamp(10);
+  int yields_lit = 0;
+  user.at_yield = [&] { yields_lit += panel->watch.ShpISample.FillColor.get() == lamp(10); };
   click(panel->watch.ChkIpol);
+  EXPECT_EQ(yields_lit, 1);
   EXPECT_FALSE(panel->watch.TimerIPol.Enabled);
   EXPECT_EQ(panel->watch.ChkIpol.Caption, "Check to enable Interrupt Polling");
   EXPECT_EQ(panel->watch.ShpISample.FillColor.get(), lamp(0));
@@ -187,10 +193,13 @@ TEST_F(Kvt71356Interrupt, ATickReadsTheFlagAndLeavesTheSessionOpen) {
 TEST_F(Kvt71356Interrupt, ATickInAHeldSessionDoesNotOpenItAgain) {
   click(workbench().cmdUSBConnect);
   store.Man_Usb_Conn = -1;
+  int yields_behind = 0;
+  user.at_yield = [&] { yields_behind += panel->watch.ShpISample.FillColor.get() == lamp(10); };
   const std::size_t before = log().size();
   program.runtime.dispatch([&] { panel->watch.TimerIPol_Timer(); });
   EXPECT_EQ(sent(), (ByteLists{{2, 0x89, 0}}));
   EXPECT_EQ(log().find("Already Opened", before), std::string::npos);
+  EXPECT_EQ(yields_behind, 1);
   store.Man_Usb_Conn = 0;
   program.runtime.dispatch([&] { panel->watch.TimerIPol_Timer(); });
   EXPECT_NE(log().find("Already Opened", before), std::string::npos);

@@ -43,6 +43,25 @@ TEST_F(Kvt71344Modes, TheDiodeListSelectsTheMeasurement) {
   }
 }
 
+// A loop may be on the stack, and other events may wait.
+TEST_F(Kvt71344Modes, TheDiodeListYieldsBeforeItSelects) {
+  std::optional<bool> selected;
+  user.at_yield = [&] {
+    if (!selected) selected = panel->OptMeasure(1).Value;
+  };
+  choose(panel->LstMode2, 1);
+  EXPECT_EQ(selected, false);
+  EXPECT_TRUE(panel->OptMeasure(1).Value);
+}
+
+TEST_F(Kvt71344Modes, MeasureYieldsBehindShowingTheDiodes) {
+  panel->LstMode2.Visible = false;
+  int yields = 0;
+  user.at_yield = [&] { yields += panel->LstMode2.Visible.get(); };
+  click(panel->OptMode(0));
+  EXPECT_EQ(yields, 1);
+}
+
 TEST_F(Kvt71344Modes, TheDiodeListStopsARunningCollection) {
   at_yield(count_reaches(12), [&] {
     forms::user::click_row(panel->LstMode2, 1);
@@ -135,6 +154,13 @@ TEST_F(Kvt71356Modes, TheMeasureModeUndoesResetAndPowerDown) {
   EXPECT_EQ(sent(), joined({written(0, 0xC8), written(0, 0x88), written(0, 0x88)}));
 }
 
+// The light count's bit comes to those that a register's box has set.
+TEST_F(Kvt71356Modes, TheMeasureModeSetsOneBitOfTheMeasurement) {
+  enter_text(panel->txtRegHex(0), "84");
+  click(panel->OptMode(0));
+  EXPECT_EQ(store.RegImage[0], 0x8C);
+}
+
 TEST_F(Kvt71356Modes, TheListSelectsTheFirstMeasurementHiddenOrNot) {
   choose(panel->LstMode2, 0);
   EXPECT_TRUE(panel->OptMeasure(0).Value);
@@ -172,6 +198,20 @@ TEST_F(Kvt71344Modes, ResetWaitsBehindEachOfItsWrites) {
   EXPECT_NEAR(waits[0], 250, 1);
   EXPECT_LT(waits[1], 11);
   EXPECT_NEAR(end - calls_at.back(), 50, 1);
+}
+
+TEST_F(Kvt71344Modes, ResetYieldsTwiceBetweenItsWrites) {
+  int yields = 0;
+  int of_write = 0;
+  user.at_yield = [&] { ++yields; };
+  for (const int ticked : {1, 0}) {
+    yields = 0;
+    panel->ChkCommand(3).Value = ticked;
+    of_write += yields;
+  }
+  yields = 0;
+  click(panel->cbReset);
+  EXPECT_EQ(yields, of_write + 2);
 }
 
 TEST_F(Kvt71356Modes, ResetGoesByTheResetBoxAndWaitsASecondTwice) {

@@ -14,6 +14,8 @@ struct PassesOf {
   Step port_request;
   // Before each transfer of a timed pass under external timing.
   std::vector<int> yields;
+  // From the pin's reply, which clearing the interrupt ends with, to the next call of the driver.
+  int yields_behind_clearing;
 
   friend void PrintTo(const PassesOf& model, std::ostream* out) { *out << model.form_name; }
 };
@@ -93,6 +95,21 @@ TEST_P(EightRegisterPasses, InRealTimeWhatWaitsIsDoneInAFixedOrder) {
   EXPECT_EQ(store.PendingUpdate, 0);
 }
 
+TEST_P(EightRegisterPasses, InRealTimeItYieldsBehindClearingTheInterrupt) {
+  board.set_timing(false);
+  std::map<std::size_t, double> called_at;  // by the number of transfers before
+  collect(12, [&] {
+    forget_traffic();
+    recorder.before_call = [&] { called_at.try_emplace(recorder.packets.size(), clock.milliseconds()); };
+    forms::user::click(panel->watch.cmdClrInt);
+  });
+  constexpr std::size_t pin_reply = 4;
+  ASSERT_EQ(steps()[pin_reply], port_reply);
+  constexpr double yield_ms = 0.001;
+  EXPECT_NEAR(called_at[pin_reply + 1] - called_at[pin_reply], GetParam().yields_behind_clearing * yield_ms,
+              yield_ms / 10);
+}
+
 // The register boxes' read asks for four bytes, and leaves it so.
 TEST_P(EightRegisterPasses, TimedUnderInternalTiming) {
   sample(3);
@@ -145,8 +162,9 @@ TEST_P(EightRegisterPasses, TimedEachYieldsAtItsPlaces) {
 
 INSTANTIATE_TEST_SUITE_P(
     Each, EightRegisterPasses,
-    ::testing::Values(PassesOf{"frmKVT71344", {boards::pipe_gpio_out, {0, 0, 0, 0, 2}}, {2, 3, 2, 3, 2}},
-                      PassesOf{"frmKVT71356", {boards::pipe_gpio_out, {0xFF, 0xFF, 0, 0}}, {1, 3, 0, 3, 0}}),
+    ::testing::Values(PassesOf{"frmKVT71344", {boards::pipe_gpio_out, {0, 0, 0, 0, 2}}, {2, 3, 2, 3, 2}, 3},
+                      PassesOf{
+                          "frmKVT71356", {boards::pipe_gpio_out, {0xFF, 0xFF, 0, 0}}, {1, 3, 0, 3, 0}, 2}),
     [](const auto& model) { return std::string(model.param.form_name); });
 
 }  // namespace
