@@ -122,14 +122,63 @@ struct RegisterVariables {
 
 // The converter of a sensor, and what its options say.
 struct ConverterVariables {
-  std::int32_t FullCount = 0;     // counts of the selected width; 0: the host times the integrations
-  std::int16_t RangeIndex = 0;    // selected position of the range
-  Flag OneShotMode = 0;           // each reading starts its own conversion
-  Flag LuxMode = 0;               // readings are turned into lux
-  Flag ReadAdc = 0;               // what a triggered reading shows: the count,
-  Flag ReadTimeBase = 0;          // or the time base
-  std::int16_t BridgeStatus = 0;  // byte 0 of the last register read
-  Flag LayoutCompact = 0;         // the panel shows its short layout
+  std::int32_t FullCount = 0;   // counts of the selected width; 0: the host times the integrations
+  std::int16_t AdcBits = 0;     // the selected width
+  std::int16_t RangeIndex = 0;  // selected position of the range
+  std::int16_t GainIndex = 0;   // the same
+  std::int16_t GainMultiplier = 1;
+  std::array<std::int32_t, 4> RangeLux{};  // full scale by position of the range
+  std::int32_t ResistorScale = 0;          // ohms; a fixed part of the lux formula
+  std::int16_t SampleDelayMs = 0;          // from command to reading
+  Flag OneShotMode = 0;                    // each reading starts its own conversion
+  Flag LuxMode = 0;                        // readings are turned into lux
+  Flag ExtTiming = 0;                      // the host times the conversions
+  Flag InternalTiming = 0;                 // conversions need no sync command
+  Flag ReadAdc = 0;                        // what a triggered reading shows: the count,
+  Flag ReadTimeBase = 0;                   // or the time base
+  std::int16_t BridgeStatus = 0;           // byte 0 of the last register read
+  Flag LayoutCompact = 0;                  // the panel shows its short layout
+};
+
+// Readings with a sign, proximity with its emitter, and what is worked out of two readings.
+struct ProximityVariables {
+  Flag ProxMode = 0;             // readings are of proximity
+  Flag ProxIRMode = 0;           // they are pairs: proximity minus infrared
+  std::int16_t ProxScheme = 0;   // 0 counts from 0, 1 has a sign
+  Flag SinglePolarity = 0;       // interrupt limits have no sign
+  std::int16_t IrdrIndex = 0;    // selected position of the emitter current; the persistence goes here too
+  std::int16_t ReadingSign = 0;  // 1 or -1, of the last value that was decoded
+  std::int32_t SignBit = 0;      // of a high byte
+  std::int32_t SignMask = 0;     // of the 16 bits
+  std::int32_t ProxCount = 0;
+  std::int32_t IrCount = 0;
+  std::int32_t ProxMinusIr = 0;  // -9999 when one of both is out of range
+  Flag CoverMode = 0;            // light is worked out as behind a cover
+  std::int32_t CoverAlsCount = 0;
+  std::int32_t CoverIrCount = 0;
+  std::int32_t LuxRaw = 0;  // not corrected for the cover
+  double LuxCover = 0;
+};
+
+// What the sensor interrupts on.
+struct InterruptVariables {
+  std::int32_t LimitMax = 0;  // bounds of the limits, inclusive
+  std::int32_t LimitMin = 0;
+  Flag IntPinAsserted = 0;  // the pin was low when it was last sampled
+};
+
+// The range that follows the readings by itself.
+struct AutoRangeVariables {
+  Flag GainAuto = 0;           // the range follows,
+  Flag IrdrAuto = 0;           // or the emitter current
+  double TripReading = 0;      // what is held against the trip limits
+  std::int16_t OverCount = 0;  // readings beyond a trip limit since the last switch
+  std::int16_t UnderCount = 0;
+  std::int16_t GainTarget = 0;  // wanted position of the range,
+  std::int16_t IrdrTarget = 0;  // and of the emitter current
+  Flag RangeChanged = 0;        // it acted in this pass
+  std::int32_t AdMax = 0;       // extremes of the raw readings since they were cleared
+  std::int32_t AdMin = 0;
 };
 
 // The external resistor, which sets the sensor's clock and its ranges.
@@ -164,6 +213,9 @@ struct Store : ProgramVariables,
                ReadingVariables,
                RegisterVariables,
                ConverterVariables,
+               ProximityVariables,
+               InterruptVariables,
+               AutoRangeVariables,
                ResistorVariables,
                ScriptVariables,
                ColourVariables {};

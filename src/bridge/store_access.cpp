@@ -120,8 +120,23 @@ constexpr std::array register_variables{
     VARIABLE(PendingWriteR0), VARIABLE(PendingWriteR1), VARIABLE(PendingIntHigh),  VARIABLE(PendingIntLow)};
 
 constexpr std::array converter_variables{
-    VARIABLE(FullCount), VARIABLE(RangeIndex),   VARIABLE(OneShotMode),  VARIABLE(LuxMode),
-    VARIABLE(ReadAdc),   VARIABLE(ReadTimeBase), VARIABLE(BridgeStatus), VARIABLE(LayoutCompact)};
+    VARIABLE(FullCount),      VARIABLE(AdcBits),      VARIABLE(RangeIndex),    VARIABLE(GainIndex),
+    VARIABLE(GainMultiplier), VARIABLE(RangeLux),     VARIABLE(ResistorScale), VARIABLE(SampleDelayMs),
+    VARIABLE(OneShotMode),    VARIABLE(LuxMode),      VARIABLE(ExtTiming),     VARIABLE(InternalTiming),
+    VARIABLE(ReadAdc),        VARIABLE(ReadTimeBase), VARIABLE(BridgeStatus),  VARIABLE(LayoutCompact)};
+
+constexpr std::array proximity_variables{
+    VARIABLE(ProxMode),      VARIABLE(ProxIRMode),   VARIABLE(ProxScheme),  VARIABLE(SinglePolarity),
+    VARIABLE(IrdrIndex),     VARIABLE(ReadingSign),  VARIABLE(SignBit),     VARIABLE(SignMask),
+    VARIABLE(ProxCount),     VARIABLE(IrCount),      VARIABLE(ProxMinusIr), VARIABLE(CoverMode),
+    VARIABLE(CoverAlsCount), VARIABLE(CoverIrCount), VARIABLE(LuxRaw),      VARIABLE(LuxCover)};
+
+constexpr std::array interrupt_variables{VARIABLE(LimitMax), VARIABLE(LimitMin), VARIABLE(IntPinAsserted)};
+
+constexpr std::array auto_range_variables{VARIABLE(GainAuto),   VARIABLE(IrdrAuto),     VARIABLE(TripReading),
+                                          VARIABLE(OverCount),  VARIABLE(UnderCount),   VARIABLE(GainTarget),
+                                          VARIABLE(IrdrTarget), VARIABLE(RangeChanged), VARIABLE(AdMax),
+                                          VARIABLE(AdMin)};
 
 constexpr std::array resistor_variables{VARIABLE(RextOhms), VARIABLE(FsrLux), VARIABLE(LuxFactor)};
 
@@ -141,10 +156,10 @@ constexpr auto joined(const std::array<StoreVariable, Sizes>&... topics) {
   return all;
 }
 
-constexpr auto variables =
-    joined(program_variables, session_variables, transfer_variables, port_variables, chart_variables,
-           sampling_variables, reading_variables, register_variables, converter_variables, resistor_variables,
-           script_variables, colour_variables);
+constexpr auto variables = joined(
+    program_variables, session_variables, transfer_variables, port_variables, chart_variables,
+    sampling_variables, reading_variables, register_variables, converter_variables, proximity_variables,
+    interrupt_variables, auto_range_variables, resistor_variables, script_variables, colour_variables);
 
 }  // namespace
 

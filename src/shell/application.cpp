@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "panels/multi_function/multi_function_panel.h"
 #include "panels/multi_function/proximity_offset.h"
 #include "panels/single_channel/eight_register_panel.h"
 #include "panels/single_channel/kvt71338.h"
@@ -24,11 +25,19 @@ void add(Program& program) {
   program.forms.add(F::form_name, [&program](const std::string&) { return std::make_unique<F>(program); });
 }
 
+const PanelModel& panel_of(const auto& model) {
+  if constexpr (requires { model.converter; }) {
+    return model.converter.panel;
+  } else {
+    return model.panel;
+  }
+}
+
 // Panels of one class, each by its model's record.
 template <class Panel, class Models>
 void add_models(Program& program, const Models& models) {
   for (const auto& model : models) {
-    program.forms.add(model.panel.form_name, [&program, &model](const std::string&) {
+    program.forms.add(panel_of(model).form_name, [&program, &model](const std::string&) {
       return std::make_unique<Panel>(program, model);
     });
   }
@@ -49,6 +58,7 @@ void add_forms(Program& program) {
   add<frmKVT71346>(program);
   add_models<EightRegisterPanel>(program, eight_register_models());
   add<frmKVT71338>(program);
+  add_models<MultiFunctionPanel>(program, multi_function_models());
   add<frmProxOff>(program);
 }
 

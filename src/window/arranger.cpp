@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QStyle>
 #include <algorithm>
 #include <stdexcept>
@@ -43,6 +44,11 @@ QBoxLayout* row(const Parts& parts) {
 }
 QBoxLayout* column(const Parts& parts) {
   return box(QBoxLayout::TopToBottom, parts);
+}
+
+QStringList words_of(const QString& caption) {
+  static const QRegularExpression columns(" {2,}");
+  return caption.split(columns, Qt::SkipEmptyParts);
 }
 
 std::vector<int> Arranger::elements_of(std::string_view array) const {
@@ -89,12 +95,16 @@ QLabel* Arranger::text(const QString& caption, QWidget* beside) {
 }
 
 Arranger::Field Arranger::field(std::string_view label, QWidget* widget) {
-  auto* caption = as<QLabel>(label);
-  widget->setAccessibleName(to_plain_caption(dynamic_cast<forms::Label&>(*form_.find(label)).Caption.get()));
+  return field(label, -1, widget);
+}
+
+Arranger::Field Arranger::field(std::string_view label, int index, QWidget* widget) {
+  auto* caption = as<QLabel>(label, index);
+  widget->setAccessibleName(caption->text().simplified());
   return {caption, widget};
 }
 
-QGridLayout* Arranger::fields(std::initializer_list<Field> fields) {
+QGridLayout* Arranger::fields(const std::vector<Field>& fields) {
   auto* grid = new QGridLayout;
   grid->setSpacing(gap);
   grid->setContentsMargins(0, 0, 0, 0);
@@ -146,6 +156,11 @@ QWidget* Arranger::list_rows(int count, QWidget* list) {
 
 QWidget* Arranger::aligned_by_blanks(QWidget* widget) {
   widget->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  return widget;
+}
+
+QWidget* Arranger::without_room(QWidget* widget) {
+  widget->setFixedSize(0, 0);
   return widget;
 }
 

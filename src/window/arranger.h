@@ -36,6 +36,9 @@ using Parts = std::initializer_list<Part>;
 QBoxLayout* row(const Parts& parts);
 QBoxLayout* column(const Parts& parts);
 
+// The words of a caption that two blanks or more bring in columns.
+QStringList words_of(const QString& caption);
+
 class Arranger {
  public:
   Arranger(forms::Form& form, QWidget& window) : form_(form), window_(window) {}
@@ -62,11 +65,12 @@ class Arranger {
     QWidget* caption;
     QWidget* widget;
   };
-  QGridLayout* fields(std::initializer_list<Field> fields);
+  QGridLayout* fields(const std::vector<Field>& fields);
   Field field(const QString& caption, QWidget* widget) { return {text(caption, widget), widget}; }
   // The caption is a label control of the form.
   Field field(std::string_view label, QWidget* widget);
   Field field(const char* label, QWidget* widget) { return field(std::string_view(label), widget); }
+  Field field(std::string_view label, int index, QWidget* widget);
 
   // Makes a widget as wide as so many digits.
   QWidget* digits(int count, QWidget* widget);
@@ -80,6 +84,8 @@ class Arranger {
   QWidget* list_rows(int count, QWidget* list);
   // A widget whose texts are brought in columns by blanks.
   QWidget* aligned_by_blanks(QWidget* widget);
+  // A control that has nothing to show, or is shown by other widgets.
+  QWidget* without_room(QWidget* widget);
   // A lamp with its caption; the caption names it.
   QLayout* lamp(QWidget* lamp, QWidget* caption);
 

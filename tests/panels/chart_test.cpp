@@ -25,7 +25,9 @@ struct PanelChart : PanelTest {
   }
 };
 // Of those that go by the greatest sample.
-struct PanelAutomaticScale : PanelChart {};
+struct PanelAutomaticScale : PanelChart {
+  void SetUp() override { make_measure(); }
+};
 
 TEST_P(PanelChart, InitDrawsAndSavesOverWhatIsThere) {
   panel.Picture1.Cls();
@@ -148,23 +150,26 @@ TEST_P(PanelAutomaticScale, IsAFifteenthAboveTheGreatestSample) {
   samples({9000, 0, 0, 0, 0, 200});
   store.Sample_Value[6] = 1003;
   store.Scale_Min = -5;
+  bool begun = false;
   at_yield([&] { return store.Man_Usb_Conn == -1; },
            [&] {
-             EXPECT_EQ(store.Sample_Value[0], 1);  // the new collection has begun
+             begun = true;
+             EXPECT_EQ(store.Sample_Value[0], 1);
+             EXPECT_EQ(panel.txtScale.Text, "1153");  // 1.15 x 1003 = 1153.45
+             EXPECT_EQ(panel.txtScaleMin.Text, "0");
+             EXPECT_EQ(store.Scale_Min, 0);
+             EXPECT_EQ(store.Label_Left[0], "0");
+             EXPECT_EQ(store.Label_Left[10], "1150");  // the step is 1154 / 10
+             EXPECT_EQ(store.Label_Right, store.Label_Left);
+             EXPECT_EQ(store.GraphUnit1, "Scaled");
+             EXPECT_EQ(store.GraphUnit2, "Scaled");
+             EXPECT_EQ(panel.Picture2.printed()[20].text, "01150");
+             // What the collection took from the box.
+             EXPECT_EQ(store.Scale_Max, static_cast<int>(1153 + panel.model.scale_addition));
              forms::user::click(panel.cmdStopData);
            });
   click(panel.cmdAutoScale);
-  EXPECT_EQ(panel.txtScale.Text, "1153");  // 1.15 x 1003 = 1153.45
-  EXPECT_EQ(panel.txtScaleMin.Text, "0");
-  EXPECT_EQ(store.Scale_Min, 0);
-  EXPECT_EQ(store.Label_Left[0], "0");
-  EXPECT_EQ(store.Label_Left[10], "1150");  // the step is 1154 / 10
-  EXPECT_EQ(store.Label_Right, store.Label_Left);
-  EXPECT_EQ(store.GraphUnit1, "Scaled");
-  EXPECT_EQ(store.GraphUnit2, "Scaled");
-  EXPECT_EQ(panel.Picture2.printed()[20].text, "01150");
-  // What the collection took from the box.
-  EXPECT_EQ(store.Scale_Max, static_cast<int>(1153 + panel.model.scale_addition));
+  EXPECT_TRUE(begun);
   expect_ended();
 }
 
@@ -178,11 +183,12 @@ TEST_P(PanelAutomaticScale, LetsTheLoopLeaveForAHundredYields) {
         program.runtime.post(clicking(panel.cmdStopData));
       }
     } else if (panel.Label18.Caption == "") {
-      stopped += store.Sample_Run == 0;
+      stopped += store.Sample_Run == 0 && recorder.calls.empty();
     }
   };
   click(panel.cmdAutoScale);
-  EXPECT_EQ(stopped, 100);
+  // A panel that sets its sensor up yields some more before that reaches the bus.
+  EXPECT_EQ(stopped, has_converter() ? 103 : 100);
 }
 
 TEST_P(PanelChart, SaveKeepsMarksThatClearLeaves) {

@@ -115,6 +115,7 @@ TEST_P(PanelRecording, WritesWhatACollectionLeft) {
   reading(5100);
   collect(30);
   const std::int32_t count = store.Sample_Count;
+  panel.txtInterval.Text = " 99x";
   write();
   write();  // the samples stay
   const std::string text = content(path);

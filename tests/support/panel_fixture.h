@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "panels/multi_function/multi_function_panel.h"
 #include "panels/single_channel/kvt71338.h"
 #include "panels/single_channel/kvt71346.h"
 #include "shell/start_panel.h"
@@ -31,6 +32,16 @@ inline std::vector<std::string> every_panel() {
 inline std::vector<std::string> every_panel_but(std::string_view form_name) {
   std::vector<std::string> names = every_panel();
   std::erase(names, form_name);
+  return names;
+}
+
+// They without those over a converter, which set their sensor up by themselves in a collection and let it
+// rest behind it.
+inline std::vector<std::string> every_panel_without_converter() {
+  std::vector<std::string> names = every_panel();
+  for (const MultiFunctionModel& model : multi_function_models()) {
+    std::erase(names, model.converter.panel.form_name);
+  }
   return names;
 }
 
@@ -66,6 +77,15 @@ inline void expect_words(const forms::Form& form, const WordsOfControls& expecte
   }
 }
 
+// In its full layout, converting infrared all the time: a reading is its count.
+inline void measure_infrared(SensorPanel& panel) {
+  constexpr int infrared_continuous = 6;
+  auto& converter = dynamic_cast<ConverterPanel&>(panel);
+  if (!converter.frmTimeBase.Visible) converter.Label13_DblClick();
+  converter.choose_measurement(infrared_continuous);
+  converter.txtInterval.Text = "100";
+}
+
 // What a panel needs beyond its load so that its sensor measures. A panel without an entry needs nothing.
 inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_by_panel{
     {frmKVT71346::form_name,
@@ -75,7 +95,8 @@ inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_
        modes.Lst71346_Mode.select_quietly(diode1_row);
        modes.ModeIndex = diode1_row;
      }},
-    {frmKVT71338::form_name, [](SensorPanel& panel) {
+    {frmKVT71338::form_name,
+     [](SensorPanel& panel) {
        // In its full layout, with the converter on. The chart has counts, in the scale box of all panels.
        auto& resistor = dynamic_cast<frmKVT71338&>(panel);
        if (!resistor.FrmDevice.Visible) resistor.Label13_DblClick();
@@ -87,7 +108,11 @@ inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_
        resistor.OptPwr_Click(1);
        resistor.OptGraph(1).select_quietly();
        resistor.txtInterval.Text = resistor.model.interval;
-     }}};
+     }},
+    {"frmKVT71385", measure_infrared},
+    {"frmKVT71388", measure_infrared},
+    {"frmKVT71390", measure_infrared},
+    {"frmKVT71392", measure_infrared}};
 
 // Makes the user's choice in the start list.
 inline SensorPanel& choose_panel(TestProgram& test, const std::string& form_name) {
@@ -118,6 +143,21 @@ struct PanelProgram : TestProgram {
     forget_traffic();
   }
 
+  bool has_converter() const { return dynamic_cast<ConverterPanel*>(opened) != nullptr; }
+  // The measurement that the end of a collection took away, with the boxes as they are.
+  void measure_again() {
+    if (!has_converter()) return;
+    const std::vector<forms::TextBox*> boxes{&opened->txtInterval, &opened->txtScale, &opened->txtScaleMin};
+    std::vector<std::string> texts;
+    for (const forms::TextBox* box : boxes) texts.push_back(box->Text);
+    measure_infrared(*opened);
+    for (std::size_t i = 0; i < boxes.size(); ++i) boxes[i]->Text = texts[i];
+    opened->cmdScale_Click();
+    forget_traffic();
+  }
+  // Those of the set-up, of the loop, and of the options that let the sensor rest.
+  std::size_t sessions_of_a_collection() const { return has_converter() ? 2 + 1 + 4 : 1; }
+
   // --- the user ---
 
   std::function<bool()> count_reaches(std::int32_t count) {
@@ -128,6 +168,7 @@ struct PanelProgram : TestProgram {
   }
   // Clicks the real-time button and stops once there are `count` samples.
   void collect(std::int32_t count) {
+    measure_again();
     store.Sample_Count = 0;  // of the run before
     at_yield(count_reaches(count), clicking(opened->cmdStopData));
     click(opened->cmdCollectData);

@@ -36,6 +36,11 @@ void BusPanel::release_session() {
 
 void BusPanel::exchange(std::initializer_list<int> request, int reply_size, Route route) {
   leave_if_overtaken();
+  struct OnStack {
+    explicit OnStack(int& of_exchanges) : exchanges(of_exchanges) { ++exchanges; }
+    ~OnStack() { --exchanges; }
+    int& exchanges;
+  } const on_stack(exchanges_);
   set_request(store, route.out_pipe, request);
   const Outcome asked = transfer(false, route.transfers);
   set_reply(store, route.out_pipe + in_pipe_offset, reply_size);

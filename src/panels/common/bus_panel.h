@@ -50,7 +50,12 @@ class BusPanel : public ProgramForm {
   // A request and its reply, which is fetched though the request failed. One that is given up has a reply of
   // zeros.
   void exchange(std::initializer_list<int> request, int reply_size, Route route);
+  // Between a request and its reply, in a handler that runs in their yields: the next reply isn't one's own.
+  bool within_exchange() const { return exchanges_ != 0; }
 
+  int address(AddressForm form) const {
+    return form == AddressForm::write ? store.I2C_WrAdr : store.I2C_RdAdr;
+  }
   // One transfer each, bytes as they stand.
   void send(std::initializer_list<int> bytes, Route route);
   void receive(int size, Route route);
@@ -93,11 +98,10 @@ class BusPanel : public ProgramForm {
   }
 
  private:
-  int address(AddressForm form) const {
-    return form == AddressForm::write ? store.I2C_WrAdr : store.I2C_RdAdr;
-  }
   Outcome transfer(bool read, Transfers how);
   Outcome checked_transfer(bool read);
+
+  int exchanges_ = 0;  // on the stack
 };
 
 }  // namespace varzelin

@@ -52,7 +52,7 @@ void SensorPanel::cmdAutoScale_Click() {
   store.GraphUnit2 = "Scaled";
   choose_auto_scale();
   DoEvents();
-  store.Scale_Min = 0;
+  store.Scale_Min = auto_scale_minimum();
   store.Scale_Max = forms::CLng(forms::Int(forms::Val(txtScale.Text)) + 1);
   txtScaleMin.Text = std::to_string(store.Scale_Min);
   store.Scale_Span = forms::to_int32(std::abs(std::int64_t{store.Scale_Min}) + store.Scale_Max);

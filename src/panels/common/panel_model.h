@@ -45,11 +45,13 @@ struct PanelModel {
   std::vector<const char*> unloaded_panels = {};
   AddressForm write_address = AddressForm::write;
   Transfers transfers = Transfers::fast;
+  bool heartbeat = true;  // shpSample beats while a timed run goes
   // The timed loop holds the session. Otherwise its transfers open and close it by the connection rule.
   bool sampling_holds_session = true;
   SessionEnd sampling_session_end = SessionEnd::disconnect;
   // Yields at the end of a collection before the session is closed; 0: it is closed first of all.
   int yields_before_disconnect = 0;
+  int yields_at_end = 1;          // of a collection, before the panel is as it was
   bool integration_timer = true;  // Tmr_Integration has a handler
 };
 

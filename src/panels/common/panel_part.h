@@ -6,16 +6,19 @@
 
 namespace varzelin {
 
-class PanelPart : protected ProgramAccess {
+template <class Panel>
+class PartOf : protected ProgramAccess {
  protected:
-  PanelPart(Program& owner, RegisterPanel& of_panel) : ProgramAccess(owner), panel(of_panel) {}
+  PartOf(Program& owner, Panel& of_panel) : ProgramAccess(owner), panel(of_panel) {}
 
   template <class Source, class Part, class... Args>
   void on(Source& control, Event event, void (Part::*handler)(Args...)) {
     forms::handle(control, event, static_cast<Part&>(*this), handler);
   }
 
-  RegisterPanel& panel;
+  Panel& panel;
 };
+
+using PanelPart = PartOf<RegisterPanel>;
 
 }  // namespace varzelin

@@ -24,15 +24,19 @@ void SensorPanel::cmdSample_Click() {
   start_sampling();
   if (model.sampling_holds_session) hold_session();
   while (store.AbortRequested != true_flag && loaded()) timed_pass();
-  if (store.TriggerDone != 0) Record_Triggered_Light_Count();
+  fetch_last_trigger();
   end_sampling();
+}
+
+void SensorPanel::fetch_last_trigger() {
+  if (store.TriggerDone != 0) Record_Triggered_Light_Count();
 }
 
 void SensorPanel::start_sampling() {
   Label18.Caption = collecting_text;
   cmdSample.Visible = false;
   if (!model.exit_button.stays_in_loops) Command4.Visible = false;
-  shpSample.Visible = true;
+  if (model.heartbeat) shpSample.Visible = true;
   cmdCollectData.Enabled = false;
   cmdEndSampling.Visible = true;
   store.AbortRequested = false_flag;
@@ -43,21 +47,24 @@ void SensorPanel::start_sampling() {
   clear_samples();
 }
 
-void SensorPanel::timed_pass() {
-  // The delay is the row's index, not the number that the row shows.
+// The delay is the row's index, not the number that the row shows.
+void SensorPanel::start_sample() {
   const std::int32_t delay = CboIntTime(5).ListIndex;
   Trig_KVT7134X();
-  if (delay != 0) {
-    Sleep(delay);
-    DoEvents();
-  }
+  if (delay == 0) return;
+  Sleep(delay);
+  DoEvents();
+}
+
+void SensorPanel::timed_pass() {
+  start_sample();
   if (store.Sample_Count < last_sample) {
     ++store.Sample_Count;
     show_count();
   }
   DoEvents();
-  Record_Triggered_Light_Count();
-  flip_lamp(shpSample, store.Clr_Black);
+  fetch_sample();
+  if (model.heartbeat) flip_lamp(shpSample, store.Clr_Black);
   DoEvents();
   sampling_pass_ends();
   run_sampling_work();
@@ -79,7 +86,7 @@ void SensorPanel::end_sampling() {
 // --- real-time collection ---
 
 void SensorPanel::cmdCollectData_Click() {
-  const std::int32_t interval_ms = interval_of_text();
+  const std::int32_t interval_ms = pace_of_text();
   runtime().timeBeginPeriod(1);
   if (!collection_allowed()) return;
   if (collecting_) {
@@ -166,7 +173,7 @@ void SensorPanel::collection_pass() {
 
 void SensorPanel::whole_pass() {
   begin_pass();
-  pace(due_);
+  if (paced()) pace(due_);
   leave_if_overtaken();
   txtTime3.Text = std::to_string(timeGetTime() - last_mark_);
   commit(measure());
@@ -200,7 +207,7 @@ void SensorPanel::commit(const Measurement& measurement) {
   store.Reading = measurement.reading;
 }
 
-std::int32_t SensorPanel::measurement_row() const {
+std::int32_t SensorPanel::measurement_row() {
   return trace_row(store.Reading, store.Scale_Min, store.Scale_Max);
 }
 
@@ -216,7 +223,7 @@ void SensorPanel::end_collection() {
   cmdCollectData.Enabled = true;
   cmdStopData.Visible = false;
   cmdCollectData.Caption = "Collect Data Graphical Real Time Data";
-  DoEvents();
+  DoEvents(model.yields_at_end);
   cmdSample.Enabled = true;
   Command4.Visible = true;
   collection_ended();

@@ -66,16 +66,21 @@ class SensorPanel : public BusPanel {
   // The end of the load.
   virtual void finish_load() {}
 
-  // --- the timed loop: trigger, delay, count, reading, deferred work ---
+  // --- the timed loop: start of a sample, count, reading, deferred work ---
 
   // Whether it may start; says why not.
   virtual bool sampling_allowed() { return true; }
   // Sets the panel up, and puts it back: controls beyond the pattern's that are out of the way.
   virtual void sampling_starts() {}
   virtual void sampling_ended() {}
+  // Starts a conversion and waits until its reading is to be fetched.
+  virtual void start_sample();
+  virtual void fetch_sample() { Record_Triggered_Light_Count(); }
   // Behind a reading.
   virtual void sampling_pass_ends() {}
   virtual void run_sampling_work() {}
+  // Behind the last pass.
+  virtual void fetch_last_trigger();
 
   // --- the real-time loop: pace, measurement, deferred work, trigger, chart ---
 
@@ -90,12 +95,14 @@ class SensorPanel : public BusPanel {
   virtual void collection_ended() {}
   // A pass begins, before its wait.
   virtual void begin_pass() {}
+  // Whether a pass waits until it is due. Otherwise the measurement takes the time that it takes.
+  virtual bool paced() const { return true; }
   virtual Measurement measure() = 0;
   virtual void run_collection_work() {}
   // Starts the conversion that the next pass reads.
   virtual void start_next_conversion() { Trig_KVT7134X(); }
-  // The pixel row of the latest measurement, within the plot.
-  virtual std::int32_t measurement_row() const;
+  // The pixel row of the latest measurement, within the plot. It may still correct the reading.
+  virtual std::int32_t measurement_row();
   virtual void show_measurement();
   // A pass is over: history, auto-range, scale follower.
   virtual void end_pass() {}
@@ -106,6 +113,8 @@ class SensorPanel : public BusPanel {
   virtual bool auto_scale_possible() const;
   // Puts the new scale into txtScale.
   virtual void choose_auto_scale();
+  // The lower end that goes with it.
+  virtual std::int32_t auto_scale_minimum() const { return 0; }
 
   // --- both ---
 
@@ -119,6 +128,9 @@ class SensorPanel : public BusPanel {
   // --- steps for a family's handlers ---
 
   std::int32_t interval_of_text() const;  // milliseconds, whole part of txtInterval's value
+  // The pace of a collection, milliseconds.
+  virtual std::int32_t pace_of_text() const { return interval_of_text(); }
+  void set_pace(std::int32_t interval_ms) { interval_ms_ = interval_ms; }
   // Scale_Max of a scale box by the formula of the load.
   std::int32_t scale_of(const TextBox& box) const;
   // Waits by Tmr_Integration until IntegrationMs exceeds a second.
@@ -139,6 +151,8 @@ class SensorPanel : public BusPanel {
   std::size_t slot() const { return slot(store.Sample_Count); }
 
   bool overtaken() const final;
+  // The real-time loop, or its start, is on the stack.
+  bool in_collection() const { return collecting_; }
 
  private:
   void fill_device_list();
@@ -167,7 +181,7 @@ class SensorPanel : public BusPanel {
   void end_collection();
   void write_data_file();
 
-  bool collecting_ = false;       // the real-time loop, or its start, is on the stack
+  bool collecting_ = false;
   bool begun_anew_ = false;       // a collection began since the loop's pass began
   bool begins_ = false;           // it hasn't had its first pass
   int loop_depth_ = 0;            // handlers on the stack where the real-time loop runs

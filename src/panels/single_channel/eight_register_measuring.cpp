@@ -128,7 +128,7 @@ Measurement EightRegisterPanel::measure() {
   return result;
 }
 
-std::int32_t EightRegisterPanel::measurement_row() const {
+std::int32_t EightRegisterPanel::measurement_row() {
   return limited_row(whole_trace_row(store.Reading, store.Scale_Max));
 }
 

@@ -56,7 +56,7 @@ class EightRegisterPanel final : public RegisterPanel {
   void begin_pass() override { watch.begin_pass(); }
   Measurement measure() override;
   void run_collection_work() override { run_deferred(register_work_); }
-  std::int32_t measurement_row() const override;
+  std::int32_t measurement_row() override;
   void show_measurement() override;
   void Trig_KVT7134X() override;
   void Record_Triggered_Light_Count() override;

@@ -52,7 +52,7 @@ class frmKVT71338 final : public RegisterPanel {
   Measurement measure() override;
   void run_collection_work() override { run_deferred(collection_work_); }
   void start_next_conversion() override { send_triggers(); }
-  std::int32_t measurement_row() const override;
+  std::int32_t measurement_row() override;
   bool auto_scale_possible() const override;
   void choose_auto_scale() override;
   void Trig_KVT7134X() override;

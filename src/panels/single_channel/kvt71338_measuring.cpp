@@ -121,7 +121,7 @@ Measurement frmKVT71338::measure() {
 }
 
 // Without a scale the row of the sample before stays.
-std::int32_t frmKVT71338::measurement_row() const {
+std::int32_t frmKVT71338::measurement_row() {
   if (store.Scale_Max == 0) return store.Trace_Y[trace_entry];
   return limited_row(whole_trace_row(store.Reading, store.Scale_Max));
 }

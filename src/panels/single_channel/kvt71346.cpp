@@ -253,7 +253,7 @@ Measurement frmKVT71346::measure() {
   return reply_counts();
 }
 
-std::int32_t frmKVT71346::measurement_row() const {
+std::int32_t frmKVT71346::measurement_row() {
   const std::int32_t row = whole_trace_row(store.Reading, store.Scale_Max);
   // A row below the plot goes to its top on this panel.
   return row > plot_rows || row < 1 ? 1 : row;

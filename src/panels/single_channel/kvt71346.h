@@ -39,7 +39,7 @@ class frmKVT71346 final : public SensorPanel {
   void Trig_KVT7134X() override;
   void Record_Triggered_Light_Count() override;
   Measurement measure() override;
-  std::int32_t measurement_row() const override;
+  std::int32_t measurement_row() override;
   void show_measurement() override;
   std::string data_file_header() override;
 

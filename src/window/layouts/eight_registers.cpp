@@ -10,9 +10,9 @@
 #include "window/layouts/interrupts.h"
 #include "window/layouts/layouts.h"
 #include "window/layouts/options.h"
+#include "window/layouts/pages.h"
 #include "window/layouts/panel.h"
 #include "window/layouts/register_block.h"
-#include "window/look.h"
 
 namespace window {
 namespace {
@@ -91,18 +91,11 @@ QLayout* triggered(Arranger& place) {
       {column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
 }
 
-QTabWidget* pages(Arranger& place) {
-  auto* tabs = new QTabWidget;
-  const auto add = [&](const QString& title, QLayout* inside) {
-    inside->setContentsMargins(gap, gap, gap, gap);
-    auto* page = new QWidget;
-    page->setLayout(inside);
-    tabs->addTab(page, title);
-  };
-  add("Registers", registers(place));
-  add("Interrupt", interrupt(place));
-  add("Last Triggered Reading", triggered(place));
-  tabs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+QTabWidget* pages_below_chart(Arranger& place) {
+  QTabWidget* tabs = pages();
+  add_page(*tabs, "Registers", registers(place));
+  add_page(*tabs, "Interrupt", interrupt(place));
+  add_page(*tabs, "Last Triggered Reading", triggered(place));
   return tabs;
 }
 
@@ -110,7 +103,8 @@ QTabWidget* pages(Arranger& place) {
 
 QLayout* arrange_eight_registers(Arranger& place) {
   QLayout* left = left_column(place);
-  QLayout* below_chart = column({option_frame(place, "frmGraphSelect", "OptGraph", 3), pages(place)});
+  QLayout* below_chart =
+      column({option_frame(place, "frmGraphSelect", "OptGraph", 3), pages_below_chart(place)});
   return panel(place, left, right_column(place), below_chart);
 }
 

@@ -1,6 +1,5 @@
 // The panel of the sensor with an external resistor. In its short form it keeps what a measurement needs: the
 // converter's options, the readings, the chart and the command register.
-#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QTabWidget>
@@ -9,9 +8,9 @@
 #include "window/caption_button.h"
 #include "window/layouts/layouts.h"
 #include "window/layouts/options.h"
+#include "window/layouts/pages.h"
 #include "window/layouts/panel.h"
 #include "window/layouts/register_block.h"
-#include "window/look.h"
 
 namespace window {
 namespace {
@@ -157,43 +156,15 @@ QLayout* triggered(Arranger& place) {
       {column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
 }
 
-// Takes a page away while the frame in it is hidden.
-class PageOfFrame final : public QObject {
- public:
-  PageOfFrame(QTabWidget& tabs, int page, QWidget& frame) : QObject(&tabs), tabs_(tabs), page_(page) {
-    frame.installEventFilter(this);
-    tabs.setTabVisible(page, !frame.isHidden());
-  }
-
- protected:
-  bool eventFilter(QObject* frame, QEvent* event) override {
-    if (event->type() == QEvent::ShowToParent) tabs_.setTabVisible(page_, true);
-    if (event->type() == QEvent::HideToParent) tabs_.setTabVisible(page_, false);
-    return QObject::eventFilter(frame, event);
-  }
-
- private:
-  QTabWidget& tabs_;
-  const int page_;
-};
-
-QTabWidget* pages(Arranger& place) {
-  auto* tabs = new QTabWidget;
-  const auto add = [&](const QString& title, QLayout* inside) {
-    inside->setContentsMargins(gap, gap, gap, gap);
-    auto* page = new QWidget;
-    page->setLayout(inside);
-    return tabs->addTab(page, title);
-  };
+QTabWidget* pages_below_chart(Arranger& place) {
+  QTabWidget* tabs = pages();
   const auto add_frame = [&](const QString& title, QGroupBox* frame) {
-    const int page = add(title, column({frame, Part::room()}));
-    new PageOfFrame(*tabs, page, *frame);
+    add_page_of(*frame, *tabs, title, column({frame, Part::room()}));
   };
-  add("Registers", registers(place));
+  add_page(*tabs, "Registers", registers(place));
   add_frame("Calculator", calculator(place));
-  add("Last Triggered Reading", triggered(place));
+  add_page(*tabs, "Last Triggered Reading", triggered(place));
   add_frame("Measurement File", record_frame(place, 1));
-  tabs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   return tabs;
 }
 
@@ -201,7 +172,8 @@ QTabWidget* pages(Arranger& place) {
 
 QLayout* arrange_kvt71338(Arranger& place) {
   QLayout* left = left_column(place);
-  QLayout* below_chart = column({option_frame(place, "frmGraphSelect", "OptGraph", 3), pages(place)});
+  QLayout* below_chart =
+      column({option_frame(place, "frmGraphSelect", "OptGraph", 3), pages_below_chart(place)});
   return panel(place, left, right_column(place), below_chart);
 }
 

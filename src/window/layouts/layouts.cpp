@@ -21,7 +21,9 @@ constexpr std::array entries{
     Entry{"frmI2C_General", arrange_workbench},    Entry{"frmKVT71346", arrange_kvt71346},
     Entry{"frmKVT71338", arrange_kvt71338},        Entry{"frmKVT71344", arrange_eight_registers},
     Entry{"frmKVT71356", arrange_eight_registers}, Entry{"frmScriptOps", arrange_script_panel},
-    Entry{"ALS_Batch", arrange_batch_panel},
+    Entry{"ALS_Batch", arrange_batch_panel},       Entry{"frmKVT71385", arrange_multi_function},
+    Entry{"frmKVT71388", arrange_multi_function},  Entry{"frmKVT71390", arrange_multi_function},
+    Entry{"frmKVT71392", arrange_multi_function},
 };
 
 }  // namespace

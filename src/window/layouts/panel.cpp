@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <vector>
 
 #include "window/arranger.h"
 #include "window/layouts/chart.h"
@@ -22,31 +23,38 @@ QGroupBox* device_frame(Arranger& place) {
 
 QGroupBox* sampling_group(Arranger& place) {
   constexpr int delay_list = 5;
-  auto* pace = place.fields({place.field("lblDelay", place("CboIntTime", delay_list)),
-                             place.field("lblInterval", place.digits(7, place("txtInterval")))});
+  constexpr int pace_digits = 7;
+  std::vector pace{
+      place.field("lblDelay", place("CboIntTime", delay_list)),
+      place.field("lblInterval", place.keep_room(place.digits(pace_digits, place("txtInterval"))))};
+  if (place.has("txtSampling_Delay"))
+    pace.push_back(place.field("Label9", 0, place.digits(pace_digits, place("txtSampling_Delay"))));
   return place.group(
       "Sampling",
-      column({pace, place.in_turn(place.lines(2, "cmdSample"), place.lines(2, "cmdEndSampling")),
+      column({place.fields(pace),
+              place.in_turn(place.lines(2, "cmdSample"), place.lines(2, "cmdEndSampling")),
               place.lines(3, "cmdCollectData"),
               row({{place.keep_room(place("cmdStopData")), 1}, place.keep_room(place("cmdAbort"))})}));
 }
 
 QGroupBox* readings_group(Arranger& place) {
-  for (const char* name : {"Label17", "txtReading2", "Label6", "txtTime3", "Label14", "txtTime1"}) {
-    place.keep_room(place(name));
-  }
-  QWidget* reading = place.field("Label16", place.digits(7, place("txtReading"))).widget;
+  constexpr int digits = 7;
+  const auto value = [&](const char* label, const char* box) {
+    place.keep_room(place(label));
+    return place.field(label, place.keep_room(place.digits(digits, place(box))));
+  };
+  QWidget* reading = value("Label16", "txtReading").widget;
   QBoxLayout* first = row({place("Label16"), Part::room(), reading});
   if (place.has("txtReading3")) {
-    QWidget* raw = place.digits(7, place("txtReading3"));
+    QWidget* raw = place.digits(digits, place("txtReading3"));
     raw->setAccessibleName("Raw reading");
     first->insertWidget(first->count() - 1, raw);
   }
-  return place.group(
-      "Readings",
-      column({first, place.fields({place.field("Label17", place.digits(7, place("txtReading2"))),
-                                   place.field("Label6", place.digits(7, place("txtTime3"))),
-                                   place.field("Label14", place.digits(7, place("txtTime1")))})}));
+  std::vector<Arranger::Field> below;
+  if (place.has("txtADCRaw")) below.push_back(value("Label36", "txtADCRaw"));
+  below.insert(below.end(),
+               {value("Label17", "txtReading2"), value("Label6", "txtTime3"), value("Label14", "txtTime1")});
+  return place.group("Readings", column({first, place.fields(below)}));
 }
 
 QLayout* triggered_reading(Arranger& place) {
@@ -105,7 +113,9 @@ QLayout* status_line(Arranger& place) {
                           heartbeat,
                           {status, 1}});
   line->setSpacing(2 * gap);
-  if (place.has("lblRegSet")) line->addWidget(place("lblRegSet"));
+  for (const char* words : {"lblRegSet", "lblRange"}) {
+    if (place.has(words)) line->addWidget(place(words));
+  }
   line->addWidget(place("lblCapturedReadings"));
   line->addWidget(count);
   return line;

@@ -12,10 +12,11 @@
 namespace window {
 namespace {
 
-constexpr int write_box_column = 1;
-constexpr int read_box_column = 4;
+constexpr int byte_digits = 2;
+constexpr int write_box_cell = 1;
+constexpr int read_box_cell = 4;
 
-// A register's widgets by columns.
+// A register's widgets in the order of their cells.
 std::array<QWidget*, 7> cells_of(const RegisterLine& line) {
   return {line.label,    line.write_box,   line.write_button, line.write_lamp,
           line.read_box, line.read_button, line.read_lamp};
@@ -30,35 +31,63 @@ void name_widgets(const RegisterLine& line) {
   }
 }
 
-}  // namespace
-
-QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& lines) {
-  constexpr int byte_digits = 2;
+QGridLayout* table() {
   auto* grid = new QGridLayout;
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setHorizontalSpacing(gap);
   grid->setVerticalSpacing(gap / 3);
+  return grid;
+}
+
+void narrow_boxes(Arranger& place, const RegisterLine& line) {
+  for (QWidget* box : {line.write_box, line.read_box}) {
+    if (box) place.digits(byte_digits, box);
+  }
+}
+
+}  // namespace
+
+QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& lines) {
+  QGridLayout* grid = table();
   int at = 0;
   bool written = false;
   for (const RegisterLine& line : lines) {
     ++at;
     name_widgets(line);
+    narrow_boxes(place, line);
     written = written || line.write_box;
-    for (QWidget* box : {line.write_box, line.read_box}) {
-      if (box) place.digits(byte_digits, box);
-    }
     for (CaptionButton* button : {line.write_button, line.read_button}) {
       if (button) button->stay_on_one_line();
     }
-    int at_column = 0;
-    for (QWidget* cell : cells_of(line)) {
-      if (cell) grid->addWidget(cell, at, at_column);
-      ++at_column;
+    int cell = 0;
+    for (QWidget* widget : cells_of(line)) {
+      if (widget) grid->addWidget(widget, at, cell);
+      ++cell;
     }
   }
-  if (written) grid->addWidget(place.text("Write"), 0, write_box_column);
-  grid->addWidget(place.text("Read"), 0, read_box_column);
+  if (written) grid->addWidget(place.text("Write"), 0, write_box_cell);
+  grid->addWidget(place.text("Read"), 0, read_box_cell);
   grid->setRowStretch(at + 1, 1);
+  return grid;
+}
+
+QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& columns) {
+  QGridLayout* grid = table();
+  grid->addWidget(place.text("Write"), write_box_cell, 0);
+  grid->addWidget(place.text("Read"), read_box_cell, 0);
+  int at = 0;
+  for (const RegisterLine& column : columns) {
+    ++at;
+    name_widgets(column);
+    narrow_boxes(place, column);
+    for (const auto& [button, words] :
+         {std::pair{column.write_button, "Write "}, {column.read_button, "Read "}}) {
+      place.digits(byte_digits, button)->setAccessibleName(words + column.name);
+    }
+    int cell = 0;
+    for (QWidget* widget : cells_of(column)) grid->addWidget(widget, cell++, at, Qt::AlignHCenter);
+  }
+  grid->setRowStretch(static_cast<int>(cells_of({}).size()), 1);
   return grid;
 }
 

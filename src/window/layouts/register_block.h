@@ -1,4 +1,4 @@
-// Registers in one table: what is written at the left, what is read at the right.
+// Registers in one table.
 #pragma once
 
 #include <QString>
@@ -24,6 +24,10 @@ struct RegisterLine {
   QWidget* read_lamp = nullptr;
 };
 
+// A line a register: what is written at the left, what is read at the right.
 QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& lines);
+// A column a register: what is written above, what is read below. Names its buttons as well, whose captions
+// don't tell the register.
+QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& columns);
 
 }  // namespace window
