@@ -1,78 +1,26 @@
 // The panels over eight registers, worked through their widgets.
-#include <QAbstractButton>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QRadioButton>
-#include <QTimer>
-#include <functional>
-#include <map>
 #include <set>
-#include <string>
 
-#include "support/window_of_program.h"
-#include "window/lamp.h"
+#include "support/panel_window.h"
 
 namespace varzelin::testing {
 namespace {
 
 // By the row of the start list.
-struct RegisterPanelWindow : WindowOfProgram, ::testing::WithParamInterface<int> {
-  std::string form;
-
+struct RegisterPanelWindow : PanelWindow, ::testing::WithParamInterface<int> {
   void SetUp() override {
-    WindowOfProgram::SetUp();
-    choose_model(GetParam());
-    form = program.forms.front()->name();
-    window_of(form).resize(1358, 730);
-    turn();
-  }
-  template <class Widget>
-  Widget& widget(const char* name) {
-    return WindowOfProgram::widget<Widget>(form, name);
-  }
-  void click(const char* button) {
-    widget<QAbstractButton>(button).click();
-    turn();
-  }
-  QString byte(const char* box) { return widget<QLineEdit>(box).text(); }
-  QString lamp(const char* shape) { return widget<window::Lamp>(shape).accessibleDescription(); }
-  // What the user does in a loop, before each of its turns.
-  void run(const char* button, const std::function<void()>& user) {
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, user);
-    timer.start(0);
-    click(button);
-    turn();
-  }
-  // Brings the screen up to date from inside a loop. A layout passes a change on by a posted event.
-  void refresh() {
-    windows.show_changes();
-    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-  }
-  // Where the widgets stand that are on screen.
-  std::map<QString, QPoint> places() {
-    std::map<QString, QPoint> found;
-    QWidget* content = window_of(form).content();
-    for (const forms::Control* control : program.forms.loaded(form)->controls()) {
-      const auto* each = content->findChild<QWidget*>(QString::fromStdString(control->full_name()));
-      if (each && each->isVisible()) found[each->objectName()] = each->mapTo(content, QPoint());
-    }
-    return found;
-  }
-  void expect_all_in_place(const std::map<QString, QPoint>& before) {
-    for (const auto& [name, place] : places()) {
-      const auto was = before.find(name);
-      EXPECT_TRUE(was == before.end() || was->second == place) << name.toStdString() << " moved";
-    }
+    PanelWindow::SetUp();
+    open(GetParam());
   }
 };
 INSTANTIATE_TEST_SUITE_P(Models, RegisterPanelWindow, ::testing::Values(1, 3));
 
 TEST_P(RegisterPanelWindow, AnOptionChangesItsRegister) {
   click("OptGain(2)");
-  EXPECT_EQ(byte("txtRegHex(1)"), "08");
-  EXPECT_EQ(byte("txtRegRd(1)"), "08");
+  EXPECT_EQ(text("txtRegHex(1)"), "08");
+  EXPECT_EQ(text("txtRegRd(1)"), "08");
   EXPECT_EQ(lamp("ShpInd(5)"), "light green");
   EXPECT_EQ(widget<window::Lamp>("ShpInd(5)").accessibleName(), "R1 read");
 }
@@ -91,12 +39,12 @@ TEST_P(RegisterPanelWindow, ALimitIsEnteredByEnter) {
   limit.selectAll();
   QTest::keyClicks(&limit, "1000");
   turn();
-  EXPECT_EQ(byte("txtRegHex(2)"), "FF");
+  EXPECT_EQ(text("txtRegHex(2)"), "FF");
   QTest::keyClick(&limit, Qt::Key_Return);
   turn();
   EXPECT_EQ(limit.text(), "768");
-  EXPECT_EQ(byte("txtRegHex(2)"), "04");
-  EXPECT_EQ(byte("txtRegRd(2)"), "04");
+  EXPECT_EQ(text("txtRegHex(2)"), "04");
+  EXPECT_EQ(text("txtRegRd(2)"), "04");
 }
 
 TEST_P(RegisterPanelWindow, ACollectionUnderExternalTimingIsStartedAndStopped) {

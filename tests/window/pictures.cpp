@@ -1,91 +1,52 @@
-// Takes the pictures of docs/images that are made from here: each "test" saves one into the folder that
-// the variable PICTURES names. scripts/take-pictures runs it.
-#include <QAbstractButton>
-#include <QLabel>
-#include <QTabWidget>
-#include <QTimer>
+// Takes pictures of docs/images: each "test" saves one into the folder that the variable PICTURES names.
+// scripts/take-pictures runs it.
+#include <cmath>
 
-#include "support/window_of_program.h"
+#include "support/panel_window.h"
 
 namespace varzelin::testing {
 namespace {
 
-struct Pictures : WindowOfProgram {
-  std::string form;
+constexpr int kvt71385 = 5;  // row of the start list
+constexpr int samples = 390;
 
-  void open(int row) {
-    choose_model(row);
-    form = program.forms.front()->name();
-    window_of(form).resize(1358, 730);
-    turn();
-  }
-  void full_layout() {
-    QTest::mouseDClick(&widget<QLabel>(form, "Label13"), Qt::LeftButton);
-    turn();
-  }
-  void click(const char* button) {
-    widget<QAbstractButton>(form, button).click();
-    turn();
-  }
-  void page(const QString& title) {
-    auto& tabs = *window_of(form).content()->findChild<QTabWidget*>();
-    for (int i = 0; i < tabs.count(); ++i) {
-      if (tabs.tabText(i) == title) tabs.setCurrentIndex(i);
-    }
-    turn();
-  }
+struct Pictures : PanelWindow {
   void save(const QString& name) {
-    windows.show_changes();
-    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    refresh();
     const QString path = qEnvironmentVariable("PICTURES", ".") + "/" + name + ".png";
     EXPECT_TRUE(window_of(form).grab().save(path)) << path.toStdString();
   }
-  // Collects under light that moves, and stops after so many samples.
-  void collect(std::int32_t samples, const std::function<void()>& in_the_end) {
-    QTimer user;
-    QObject::connect(&user, &QTimer::timeout, &user, [&] {
-      const std::int32_t count = program.store.Sample_Count;
-      board.scene().light_lux = 450 + 350 * std::sin(count / 30.0) + 120 * std::sin(count / 7.0);
-      if (count < samples) return;
-      in_the_end();
-      widget<QAbstractButton>(form, "cmdStopData").click();
-    });
-    user.start(0);
-    click("cmdCollectData");
-    turn();
+  void scale_to(const char* text) {
+    widget<QLineEdit>("txtScale").setText(text);
+    click("cmdScale");
+  }
+  // Two waves, one on the other, from 0 to 1.
+  double wave() const {
+    const double sample = program.store.Sample_Count;
+    return 0.5 + 0.35 * std::sin(sample / 30) + 0.12 * std::sin(sample / 7);
+  }
+  // Saves the picture of a running collection with a scene that moves.
+  void save_running(const QString& name, const std::function<void(double)>& move) {
+    QTimer bench;
+    QObject::connect(&bench, &QTimer::timeout, &bench, [&] { move(wave()); });
+    bench.start(0);
+    collect(samples, [&] { save(name); });
   }
 };
 
-constexpr int kvt71388 = 2;
-constexpr int kvt71385 = 5;
-constexpr int kvt71390 = 7;
-constexpr int kvt71392 = 9;
-
-TEST_F(Pictures, MultiFunction) {
+TEST_F(Pictures, Kvt71385InLight) {
   open(kvt71385);
   click("OptMeasure(5)");
-  collect(380, [&] { save("kvt71385"); });
+  scale_to("1000");
+  save_running("kvt71385", [this](double wave) { board.scene().light_lux = 1000 * wave; });
 }
 
-TEST_F(Pictures, Look) {
-  for (const int row : {kvt71388, kvt71385, kvt71390, kvt71392}) {
-    open(row);
-    const QString name = QString::fromStdString("look-" + form);
-    save(name);
-    page("Interrupt");
-    save(name + "-interrupt");
-    page("Details and Cover");
-    page("Details");
-    save(name + "-details");
-    full_layout();
-    for (const char* each :
-         {"Registers", "Timing", "Interrupt", "Last Triggered Reading", "Device and File"}) {
-      page(each);
-      save(name + "-full-" + each);
-    }
-    program.runtime.dispatch([&] { program.forms.unload(*program.forms.loaded(form)); });
-    show("frmStartup");
-  }
+TEST_F(Pictures, Kvt71385InFullWithATargetThatMoves) {
+  open(kvt71385);
+  turn_layout();
+  click("OptMeasure(4)");
+  scale_to("500");
+  save_running("kvt71385-full", [this](double wave) { board.scene().distance_mm = 60 + 60 * wave; });
 }
 
 }  // namespace

@@ -40,15 +40,14 @@ QLayout* measured_row(Arranger& place) {
 }
 
 QGroupBox* converter_frame(Arranger& place) {
-  QGroupBox* width =
-      place.frame("frItime", column({elements(place, "OptITime", 2), place("lblBits"), Part::room()}));
+  QGroupBox* width = place.frame("frItime", column({elements(place, "OptITime", 2), place("lblBits")}));
   return place.frame("frmadccontrol", row({width, {option_frame(place, "frGain", "OptGain", 2), 1}}));
 }
 
 QGroupBox* emitter_frame(Arranger& place) {
   return place.frame("Frame1", column({option_frame(place, "Frame6", "OptPSrc", 4),
-                                       row({{option_frame(place, "Frame7", "OptMFreq", 2), 1},
-                                            option_frame(place, "Frame8", "OptIRMode")})}));
+                                       row({{option_frame(place, "Frame7", "OptMFreq"), 1},
+                                            place.keep_room(option_frame(place, "Frame8", "OptIRMode"))})}));
 }
 
 QLayout* follower_row(Arranger& place) {
@@ -63,7 +62,7 @@ QLayout* follower_row(Arranger& place) {
 
 // --- at the right ---
 
-QLayout* second_scale(Arranger& place) {
+QLayout* right_scale(Arranger& place) {
   const auto scale = [&](const char* label, const char* box) {
     return place.field(label, place.digits(count_digits, place(box)));
   };
@@ -134,7 +133,7 @@ QLayout* converter_left_column(Arranger& place) {
 }
 
 QLayout* converter_right_column(Arranger& place) {
-  return column({sampling_group(place), readings_group(place), chart_group(place), second_scale(place),
+  return column({sampling_group(place), readings_group(place), chart_group(place, right_scale(place)),
                  Part::room(), closing_row(place)});
 }
 
@@ -155,16 +154,17 @@ QLayout* register_commands(Arranger& place) {
 QLayout* last_reading(Arranger& place) {
   for (const char* count : {"txtADHex", "txtADDec"}) place.keep_room(place(count));
   return row(
-      {column({triggered_reading(place), Part::room()}), Part::room(),
-       column({place.keep_room(place("cmdProx_IR")), place.keep_room(pair_bytes(place)), Part::room()})});
+      {column({triggered_reading(place), Part::room()}),
+       column({place.keep_room(pair_bytes(place)), place.keep_room(place("cmdProx_IR")), Part::room()}),
+       Part::room()});
 }
 
 void add_timing_page(Arranger& place, QTabWidget& tabs) {
   QGroupBox* timing = timing_frame(place);
-  QGroupBox* measured = option_frame(place, "Frame4", "OptMeasMode");
   add_page_of(*timing, tabs, "Timing",
-              row({column({timing, Part::room()}), column({measured, Part::room()}),
-                   column({option_frame(place, "frmTimeBase", "OptTimeBase"), Part::room()}), Part::room()}));
+              column({row({timing, option_frame(place, "Frame4", "OptMeasMode"),
+                           option_frame(place, "frmTimeBase", "OptTimeBase"), Part::room()}),
+                      Part::room()}));
 }
 
 void add_device_page(Arranger& place, QTabWidget& tabs) {

@@ -88,9 +88,17 @@ QLayout* status(Arranger& place) {
                  row({place("ChkSampleInt"), Part::room(), sampled}), Part::room()});
 }
 
+// How the limits are to be understood, with room for the longest words.
+QLayout* format(Arranger& place) {
+  constexpr int characters = 16;
+  auto* scheme = place.as<QLabel>("lblIlimitsformat", 0);
+  scheme->setMinimumWidth(characters * scheme->fontMetrics().averageCharWidth());
+  return elements(place, "lblIlimitsformat");
+}
+
 QGroupBox* interrupt(Arranger& place) {
   return place.frame("fraINT", row({elements(place, "optINTP"), Part::room(), limits(place), Part::room(),
-                                    elements(place, "lblIlimitsformat"), Part::room(), status(place)}));
+                                    format(place), Part::room(), status(place)}));
 }
 
 // --- measurement details ---
@@ -124,7 +132,7 @@ QGroupBox* cover_workbook(Arranger& place) {
   std::vector<Arranger::Field> results;
   for (const int i : place.elements_of("lblCover")) {
     auto* result = place.as<QLabel>("lblCoverRdgs", i);
-    result->setAlignment(Qt::AlignRight);
+    result->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     result->setMinimumWidth(2 * count_digits * result->fontMetrics().averageCharWidth());
     results.push_back(place.field("lblCover", i, result));
   }
@@ -147,7 +155,8 @@ QTabWidget* pages_below_chart(Arranger& place) {
   add_page(*tabs, "Registers", registers(place));
   add_timing_page(place, *tabs);
   QGroupBox* limits_and_pin = interrupt(place);
-  add_page_of(*limits_and_pin, *tabs, "Interrupt", column({place.keep_room(limits_and_pin)}));
+  add_page_of(*limits_and_pin, *tabs, "Interrupt", column({place.keep_room(limits_and_pin)}),
+              WhileHidden::tab_is_grey);
   add_page(*tabs, place.has("Frame12") ? "Details and Cover" : "Details", details(place));
   add_page(*tabs, "Last Triggered Reading", last_reading(place));
   add_device_page(place, *tabs);

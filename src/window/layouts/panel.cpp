@@ -68,16 +68,20 @@ QLayout* triggered_reading(Arranger& place) {
                                       place.field("lblADDec", place.digits(7, place("txtADDec")))})});
 }
 
-QGroupBox* chart_group(Arranger& place) {
+QGroupBox* chart_group(Arranger& place, QLayout* right_scale) {
   QWidget* maximum = place.field("lblScale", place.digits(6, place("txtScale"))).widget;
   QWidget* minimum = place.field("lblScaleMin", place.digits(6, place("txtScaleMin"))).widget;
   const auto pair = [&](const char* one, const char* other) {
     return row({{place(one), 1}, {place(other), 1}});
   };
-  return place.group("Chart",
-                     column({row({place("lblScale"), maximum, Part::room(), place("lblScaleMin"), minimum}),
-                             pair("cmdScale", "cmdAutoScale"), pair("cmdRestoreScreen", "cmdSaveScreen"),
-                             pair("cmdWaveformINit", "cmdDrawTrace")}));
+  QBoxLayout* inside =
+      column({row({place("lblScale"), maximum, Part::room(), place("lblScaleMin"), minimum})});
+  if (right_scale) inside->addLayout(right_scale);
+  for (QLayout* buttons : {pair("cmdScale", "cmdAutoScale"), pair("cmdRestoreScreen", "cmdSaveScreen"),
+                           pair("cmdWaveformINit", "cmdDrawTrace")}) {
+    inside->addLayout(buttons);
+  }
+  return place.group("Chart", inside);
 }
 
 QLayout* closing_row(Arranger& place, std::string_view exit_button) {

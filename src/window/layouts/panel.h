@@ -16,8 +16,8 @@ QGroupBox* sampling_group(Arranger& place);
 QGroupBox* readings_group(Arranger& place);
 // The bytes of the last triggered reading and what they say.
 QLayout* triggered_reading(Arranger& place);
-// The chart's scale and its buttons.
-QGroupBox* chart_group(Arranger& place);
+// The chart's scale, that of its right-hand side where there is one, and its buttons.
+QGroupBox* chart_group(Arranger& place, QLayout* right_scale = nullptr);
 // The buttons that reset the sensor and leave the program, at the bottom of a column.
 QLayout* closing_row(Arranger& place, std::string_view exit_button = "Command4");
 

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -75,7 +76,9 @@ QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& 
   QGridLayout* grid = table();
   grid->addWidget(place.text("Write"), write_box_cell, 0);
   grid->addWidget(place.text("Read"), read_box_cell, 0);
+  grid->setHorizontalSpacing(gap / 2);
   int at = 0;
+  int widest = 0;
   for (const RegisterLine& column : columns) {
     ++at;
     name_widgets(column);
@@ -86,7 +89,9 @@ QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& 
     }
     int cell = 0;
     for (QWidget* widget : cells_of(column)) grid->addWidget(widget, cell++, at, Qt::AlignHCenter);
+    widest = std::max(widest, column.label->sizeHint().width());
   }
+  for (; at > 0; --at) grid->setColumnMinimumWidth(at, widest);
   grid->setRowStretch(static_cast<int>(cells_of({}).size()), 1);
   return grid;
 }
