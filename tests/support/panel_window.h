@@ -38,6 +38,12 @@ struct PanelWindow : WindowOfProgram {
     QTest::mouseDClick(&widget<QLabel>("Label13"), Qt::LeftButton);
     turn();
   }
+  void type(const char* box, const QString& text) {
+    auto& widget_of_box = widget<QLineEdit>(box);
+    widget_of_box.selectAll();
+    QTest::keyClicks(&widget_of_box, text);
+    turn();
+  }
   QString text(const char* box) { return widget<QLineEdit>(box).text(); }
   QString lamp(const char* shape) { return widget<window::Lamp>(shape).accessibleDescription(); }
   bool visible(const char* name) { return widget<QWidget>(name).isVisible(); }

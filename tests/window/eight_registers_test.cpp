@@ -36,9 +36,7 @@ TEST_P(RegisterPanelWindow, ExternalTimingBringsItsControls) {
 
 TEST_P(RegisterPanelWindow, ALimitIsEnteredByEnter) {
   auto& limit = widget<QLineEdit>("txtIUpperLimit");
-  limit.selectAll();
-  QTest::keyClicks(&limit, "1000");
-  turn();
+  type("txtIUpperLimit", "1000");
   EXPECT_EQ(text("txtRegHex(2)"), "FF");
   QTest::keyClick(&limit, Qt::Key_Return);
   turn();

@@ -113,10 +113,7 @@ TEST_P(MultiFunctionWindow, EachCellOfTheTableSaysWhatItIs) {
 }
 
 TEST_P(MultiFunctionWindow, ARegisterIsWrittenAndReadInItsColumn) {
-  auto& box = widget<QLineEdit>("txtRegHex(5)");
-  box.selectAll();
-  QTest::keyClicks(&box, "3c");
-  turn();
+  type("txtRegHex(5)", "3c");
   click("cmdWrtReg(5)");
   EXPECT_EQ(lamp("ShpIndwr(5)"), "light green");
   click("cmdRDReg(5)");

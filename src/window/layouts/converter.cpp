@@ -153,10 +153,12 @@ QLayout* register_commands(Arranger& place) {
 
 QLayout* last_reading(Arranger& place) {
   for (const char* count : {"txtADHex", "txtADDec"}) place.keep_room(place(count));
-  return row(
-      {column({triggered_reading(place), Part::room()}),
-       column({place.keep_room(pair_bytes(place)), place.keep_room(place("cmdProx_IR")), Part::room()}),
-       Part::room()});
+  QBoxLayout* both =
+      row({column({triggered_reading(place), Part::room()}),
+           column({place.keep_room(pair_bytes(place)), place.keep_room(place("cmdProx_IR")), Part::room()}),
+           Part::room()});
+  both->setSpacing(4 * gap);
+  return both;
 }
 
 void add_timing_page(Arranger& place, QTabWidget& tabs) {

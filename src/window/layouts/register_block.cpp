@@ -73,10 +73,11 @@ QGridLayout* register_block(Arranger& place, const std::vector<RegisterLine>& li
 }
 
 QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& columns) {
+  constexpr int column_gap = 4;
   QGridLayout* grid = table();
+  grid->setHorizontalSpacing(column_gap);
   grid->addWidget(place.text("Write"), write_box_cell, 0);
   grid->addWidget(place.text("Read"), read_box_cell, 0);
-  grid->setHorizontalSpacing(gap / 2);
   int at = 0;
   int widest = 0;
   for (const RegisterLine& column : columns) {
