@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "panels/multi_function/interrupt_test.h"
 #include "panels/multi_function/multi_function_panel.h"
 #include "panels/multi_function/proximity_offset.h"
 #include "panels/single_channel/eight_register_panel.h"
@@ -60,6 +61,7 @@ void add_forms(Program& program) {
   add<frmKVT71338>(program);
   add_models<MultiFunctionPanel>(program, multi_function_models());
   add<frmProxOff>(program);
+  add<frm71385INTR>(program);
 }
 
 void start(Program& program) {

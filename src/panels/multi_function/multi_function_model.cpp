@@ -58,8 +58,8 @@ ConverterModel converter(const char* form_name, const char* title, const char* d
 
 MultiFunctionModel kvt71385() {
   MultiFunctionModel model{
-      .converter =
-          converter("frmKVT71385", "KVT71385  Multi-Function  Sensor Evaluation Software", "KVT71385 ADR-44"),
+      .converter = converter(kvt71385_form_name, "KVT71385  Multi-Function  Sensor Evaluation Software",
+                             "KVT71385 ADR-44"),
       .title_at_load = "KVT71385  Multi-Function  Sensor Evaluation Software : Revision ",
       .short_layout_hides = {1, 2, 3},
       .has_cover = true,

@@ -8,6 +8,9 @@
 
 namespace varzelin {
 
+// The panel that the interrupt test works.
+inline constexpr const char* kvt71385_form_name = "frmKVT71385";
+
 struct MultiFunctionModel {
   ConverterModel converter;
   const char* title_at_load;            // the chip's revision goes behind it

@@ -1,6 +1,7 @@
 #include "panels/multi_function/multi_function_panel.h"
 
 #include "bridge/text_utilities.h"
+#include "panels/multi_function/interrupt_test.h"
 #include "registers/kvt71385.h"
 #include "waveform/trace.h"
 
@@ -214,7 +215,7 @@ void MultiFunctionPanel::cmdIntr1_Click() {
   constexpr int yields_for_the_loop = 100;
   store.Sample_Run = false_flag;
   DoEvents(yields_for_the_loop);
-  if (model_.has_interrupt_test) program.forms.touch(interrupt_test_form_name).Show();
+  if (model_.has_interrupt_test) form<frm71385INTR>().Show();
 }
 
 // --- the two layouts ---

@@ -99,9 +99,6 @@ class MultiFunctionPanel final : public ConverterPanel {
   const MultiFunctionModel& model_;
 
  public:
-  // The form of the interrupt test.
-  static constexpr const char* interrupt_test_form_name = "frm71385INTR";
-
   ControlArray<CommandButton> cmdRDReg;
   ControlArray<CommandButton> cmdWrtReg;
   ControlArray<Shape> ShpIndrd;
