@@ -1,5 +1,6 @@
 #include "window/windows.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -18,12 +19,18 @@ namespace {
 struct Reachable {
   const char* form;
   const char* text;
+  std::array<std::string_view, 2> from = {};  // the windows that have it; none: all
 };
 constexpr std::array reachable{
     Reachable{"frmI2C_General", "Register &Workbench"},
     Reachable{"frmGPIO", "&GPIO Panel"},
     Reachable{"frmScriptOps", "&Script Panel"},
+    Reachable{"frm71385INTR", "&Interrupt Test", {"frmKVT71385", "frmKVT71390"}},
 };
+
+bool has_entry(std::string_view window, const Reachable& entry) {
+  return entry.from.front().empty() || std::ranges::find(entry.from, window) != entry.from.end();
+}
 
 // Double clicks that turn a window's layout, which nothing in it tells of.
 struct Turnable {
@@ -149,7 +156,7 @@ void Windows::end_if_faceless() {
 std::vector<WindowEntry> Windows::entries(forms::Form& of_window) {
   std::vector<WindowEntry> list;
   for (const Reachable& each : reachable) {
-    if (!program_.forms.knows(each.form)) continue;
+    if (!program_.forms.knows(each.form) || !has_entry(of_window.name(), each)) continue;
     list.push_back({each.text, [this, name = std::string(each.form)] {
                       program_.runtime.post([this, name] { open(name); });
                     }});

@@ -23,7 +23,7 @@ constexpr std::array entries{
     Entry{"frmKVT71356", arrange_eight_registers}, Entry{"frmScriptOps", arrange_script_panel},
     Entry{"ALS_Batch", arrange_batch_panel},       Entry{"frmKVT71385", arrange_multi_function},
     Entry{"frmKVT71388", arrange_multi_function},  Entry{"frmKVT71390", arrange_multi_function},
-    Entry{"frmKVT71392", arrange_multi_function},
+    Entry{"frmKVT71392", arrange_multi_function},  Entry{"frm71385INTR", arrange_interrupt_test},
 };
 
 }  // namespace

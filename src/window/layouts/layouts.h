@@ -20,6 +20,7 @@ QLayout* arrange_plainly(Arranger& place);
 QLayout* arrange_start_panel(Arranger& place);
 QLayout* arrange_about_box(Arranger& place);
 QLayout* arrange_proximity_offset(Arranger& place);
+QLayout* arrange_interrupt_test(Arranger& place);
 QLayout* arrange_gpio(Arranger& place);
 QLayout* arrange_workbench(Arranger& place);
 QLayout* arrange_kvt71338(Arranger& place);
