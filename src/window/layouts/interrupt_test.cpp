@@ -2,6 +2,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <array>
 #include <initializer_list>
 
 #include "window/arranger.h"
@@ -62,6 +63,7 @@ QGroupBox* saved(Arranger& place) {
     grid->addWidget(place("mcdRecordProx", i), i, 2);
     grid->addWidget(value(place, "Label2", i, "Recorded Prox" + number), i, 3);
   }
+  grid->setColumnStretch(4, 1);
   return place.frame("Frame2", grid);
 }
 
@@ -78,18 +80,19 @@ QGroupBox* steps(Arranger& place) {
 QGroupBox* recorded(Arranger& place) {
   auto* grid = new QGridLayout;
   grid->setSpacing(gap);
-  grid->setRowStretch(3, 1);
+  constexpr std::array interrupts{"High Interrupt", "Low Interrupt"};
+  int line = 1;
+  for (const char* interrupt : interrupts) grid->addWidget(place.text(interrupt), line++, 0);
+  grid->setRowStretch(line, 1);
   int column_number = 1;
   for (const auto& [array, quantity] : {std::pair{"lblProx", "Proximity"}, {"lblRecordedLux", "ALS"}}) {
     QLabel* head = place.text(quantity);
     head->setAlignment(Qt::AlignRight);
     grid->addWidget(head, 0, column_number);
-    int line = 1;
-    for (const char* interrupt : {"High Interrupt", "Low Interrupt"}) {
-      grid->addWidget(place.text(interrupt), line, 0);
-      const QString words = QString("%1 @ %2").arg(quantity, interrupt);
-      grid->addWidget(value(place, array, line - 1, words), line, column_number);
-      ++line;
+    int element = 0;
+    for (const char* interrupt : interrupts) {
+      QLabel* number = value(place, array, element, QString("%1 @ %2").arg(quantity, interrupt));
+      grid->addWidget(number, ++element, column_number);
     }
     ++column_number;
   }
@@ -118,7 +121,8 @@ QGroupBox* solution(Arranger& place, const char* title, const char* array, int f
 QGroupBox* course(Arranger& place) {
   auto* message = place.as<QLabel>("lblMessage");
   message->setAccessibleName("Progress");
-  QLayout* buttons = row({place("cmdRunCase1"), place("cmdAbort1"), {message, 1}});
+  QLayout* buttons =
+      row({place.keep_room(place("cmdRunCase1")), place.keep_room(place("cmdAbort1")), {message, 1}});
   QGroupBox* light = solution(place, "Solution 1", "lblCase21", 0,
                               {"ALS @ High Interrupt", "Least ALS", "Compared: ALS @ High Interrupt",
                                "Compared: ALS @ Low Interrupt"});
@@ -133,9 +137,10 @@ QGroupBox* course(Arranger& place) {
 
 QLayout* arrange_interrupt_test(Arranger& place) {
   QLayout* left = column({thresholds(place), option_frame(place, "Frame4", "OptResolution", 2),
-                          parameters(place), status(place), saved(place), Part::room()});
+                          parameters(place), status(place), Part::room()});
+  QLayout* right = column({{course(place), 1}, saved(place)});
   QLayout* attached = place.lamp(place("ShpAttach"), place.text("USB Comm"));
-  return column({row({left, {course(place), 1}}), attached});
+  return column({row({left, {right, 1}}), attached});
 }
 
 }  // namespace window
