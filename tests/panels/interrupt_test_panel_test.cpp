@@ -171,6 +171,7 @@ TEST_F(InterruptTest, ShowsTheWidthOfTheSensorPanelWithoutTouchingIt) {
     program.forms.unload("frm71385INTR");
     program.forms.sweep();
     sensor->OptITime(width).select_quietly();
+    forget_traffic();
     reopen();
     EXPECT_EQ(test->OptResolution(0).Value, wide) << width;
     EXPECT_EQ(test->OptResolution(1).Value, narrow) << width;

@@ -114,6 +114,28 @@ TEST_F(InterruptTestRun, EachStepShowsWhereTheTestIs) {
                                       {"Received Interrupt Low", Lamps{10, 10, 10, 10, 10, 0}}}));
 }
 
+TEST_F(InterruptTestRun, EachTurnOfTheWaitForTheHighInterruptClearsItFirst) {
+  const auto flags_read = [this](std::deque<int> proximity) {
+    forget_traffic();
+    run(std::move(proximity), {500, 450});
+    return std::ranges::count(sent_on(boards::pipe_i2c_out), std::vector{2, 0x89, 0});
+  };
+  flags_read({9000, 9000, 1000});  // the first run finds another measurement than the ones behind it
+  const auto in_one_turn = flags_read({9000, 9000, 1000});
+  EXPECT_EQ(flags_read({1000, 1001, 9000, 9000, 1000}), in_one_turn + 2);
+}
+
+TEST_F(InterruptTestRun, BeginsWithoutAnInterrupt) {
+  store.IntPinAsserted = -1;
+  bool looked = false;
+  at_yield(message_is("Waiting for Interrupt High"), [&] {
+    looked = true;
+    EXPECT_EQ(store.IntPinAsserted, 0);
+  });
+  run({9000, 9000, 1000}, {500, 450});
+  EXPECT_TRUE(looked);
+}
+
 TEST_F(InterruptTestRun, AnotherRunForgetsTheResultsOfTheOneBefore) {
   run({9000, 9000, 1000, 700}, {399, 300});
   bool looked = false;

@@ -24,6 +24,7 @@ struct InterruptTest : ::testing::Test, PanelProgram {
   void SetUp() override {
     sensor = dynamic_cast<MultiFunctionPanel*>(&open("frmKVT71385"));
     reopen();
+    forget_traffic();
     recorder.before_call = [this] { answer(); };
   }
   void reopen() {
@@ -31,7 +32,6 @@ struct InterruptTest : ::testing::Test, PanelProgram {
       test = &form<frm71385INTR>();
       test->Show();
     });
-    forget_traffic();
   }
 
   void answer() {
@@ -48,8 +48,9 @@ struct InterruptTest : ::testing::Test, PanelProgram {
 
   // --- the user ---
 
+  // A test that doesn't end fails soon.
   void execute() {
-    user.yields_left = 5'000'000;
+    user.yields_left = 200'000;
     click(test->cmdRunCase1);
   }
   // Does something once, so many yields after `when` holds the first time.

@@ -80,7 +80,7 @@ bool frm71385INTR::sample_pin() {
   if (!panel) return false;
   panel->pin.Sample_PortB();
   panel->pin.show_pin(ShpINTexternal, ShpIndrd(sample_lamp));
-  return !panels_closed();
+  return true;
 }
 
 bool frm71385INTR::clear_interrupt() {
@@ -106,7 +106,7 @@ bool frm71385INTR::record(int measurement, Label& recorded) {
   store.Sample_Count = 1;
   panel->Record_Triggered_Light_Count();
   recorded.Caption = panel->txtADDec.Text.get();
-  return !panels_closed();
+  return true;
 }
 
 }  // namespace varzelin

@@ -35,7 +35,7 @@ class frm71385INTR final : public ProgramForm {
   MultiFunctionPanel* sensor_panel();
   bool panels_closed() const;
 
-  // Each does nothing and says false once a panel was closed, and says false when it was closed meanwhile.
+  // Each says false once a panel was closed, and does nothing then.
   bool sample_pin();
   bool clear_interrupt();
   bool record(int measurement, Label& recorded);
@@ -61,7 +61,6 @@ class frm71385INTR final : public ProgramForm {
   void hold_session();
   void release_session();
   void show(Shape& shape, double color_index) { shape.FillColor = lamp(color_index); }
-  void show_one(Shape& shown, Shape& other);
 
   bool AbortTest = false;
   bool mirrors_resolution_ = false;       // from the sensor panel, not to it

@@ -113,7 +113,7 @@ void frm71385INTR::release_session() {
 
 bool frm71385INTR::run_test() {
   return prime_sensor() && wait_for_high_interrupt() && record_at_high() && wait_for_low_interrupt() &&
-         record_at_low() && decide();
+         record_at_low() && decide() && !panels_closed();
 }
 
 bool frm71385INTR::prime_sensor() {
@@ -149,7 +149,6 @@ bool frm71385INTR::wait_for_low_interrupt() {
   for (;;) {
     if (!clear_high_interrupt()) return false;
     lblMessage.Caption = "Waiting for Interrupt Low";
-    store.IntPinAsserted = false_flag;
     while (store.IntPinAsserted == 0) {
       if (AbortTest || !sample_pin()) return false;
       show(ShpIndrd(low_wait), store.Clr_LtGreen);
@@ -190,16 +189,15 @@ bool frm71385INTR::decide() {
 }
 
 void frm71385INTR::decide_by_light() {
-  show_one(ShpIndrd(light_solution), ShpIndrd(slope_solution));
+  show(ShpIndrd(light_solution), store.Clr_LtGreen);
   lblCase21(3).Caption = lblRecordedLux(at_low).Caption.get();
   lblCase21(2).Caption = lblRecordedLux(at_high).Caption.get();
   const bool below = number(lblRecordedLux(at_low)) < number(lblRecordedLux(at_high));
-  show_one(ShpALSCompare(below ? light_below : light_above),
-           ShpALSCompare(below ? light_above : light_below));
+  show(ShpALSCompare(below ? light_below : light_above), store.Clr_LtGreen);
 }
 
 bool frm71385INTR::decide_by_slope() {
-  show_one(ShpIndrd(slope_solution), ShpIndrd(light_solution));
+  show(ShpIndrd(slope_solution), store.Clr_LtGreen);
   Sleep(forms::CLng(number(txtDeltaTime)));
   if (!record_proximity(behind_delay)) return false;
   const double moved = slope(number(Label2(at_low)), number(Label2(behind_delay)));
@@ -208,14 +206,8 @@ bool frm71385INTR::decide_by_slope() {
   lblCase22_Delta(3).Caption = txtDeltaADC.Text.get();
   lblCase22_Delta(2).Caption = forms::CStr(moved);
   const bool above = moved > number(txtDeltaADC);
-  show_one(ShpALSCompare(above ? slope_above : slope_below),
-           ShpALSCompare(above ? slope_below : slope_above));
+  show(ShpALSCompare(above ? slope_above : slope_below), store.Clr_LtGreen);
   return true;
-}
-
-void frm71385INTR::show_one(Shape& shown, Shape& other) {
-  show(shown, store.Clr_LtGreen);
-  show(other, store.Clr_Black);
 }
 
 }  // namespace varzelin
