@@ -180,7 +180,8 @@ TEST_F(InterruptTestRun, PrimingRecordsAndClearsTwiceAndWaitsBetween) {
   later([this] { return test->ShpIndrd(0).FillColor.get() == lamp(12); }, 0,
         [&] {
           for (const Packet& packet : recorder.packets) {
-            if (packet.pipe == boards::pipe_i2c_out && packet.bytes[0] != 0) order.push_back(packet.bytes[2]);
+            if (packet.pipe == boards::pipe_i2c_out && packet.bytes.size() == 3)
+              order.push_back(packet.bytes[2]);
             if (packet.pipe == boards::pipe_gpio_out) order.push_back(-1);
           }
           forms::user::click(test->cmdAbort1);
