@@ -108,8 +108,10 @@ void MultiFunctionPanel::show_read(int register_number, std::uint8_t value) {
   show_read_back(register_number, value);
   flip_lamp(ShpIndrd(register_number));
   if (register_number != map::operation_register) return;
-  const bool interrupts = map::interrupt_flag.of(value) != 0;
-  ShpINt.FillColor = lamp(interrupts ? store.Clr_Red : store.Clr_Black);
+  // The transfer buffer keeps the interrupt alone of this byte.
+  std::uint8_t& interrupt = store.Xfer_Buf[1];
+  interrupt &= map::interrupt_flag.mask();
+  ShpINt.FillColor = lamp(interrupt != 0 ? store.Clr_Red : store.Clr_Black);
 }
 
 void MultiFunctionPanel::Read_Registers() {
