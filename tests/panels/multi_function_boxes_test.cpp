@@ -81,6 +81,20 @@ TEST_F(Kvt71385Boxes, LeavingCutsToTwoCapitals) {
   EXPECT_TRUE(sent().empty());
 }
 
+TEST_F(Kvt71385Boxes, AReadThatFailsShowsTheEmptyBuffer) {
+  enter_text(panel->txtRegHex(5), "AB");
+  click(panel->cmdRDReg(5));
+  ASSERT_EQ(read_box(5), "AB");
+  board.fail_transfers(1, boards::statuses::time_out, 1);
+  store.Sample_Run = true_flag;
+  click(panel->cmdRDReg(5));
+  EXPECT_EQ(read_box(5), "00");
+  EXPECT_EQ(store.BridgeStatus, 0);
+  EXPECT_EQ(store.Sample_Run, 0);
+  EXPECT_EQ(panel->ShpAttach.FillColor, red());
+  EXPECT_EQ(panel->ShpIndrd(5).FillColor, red());
+}
+
 // --- the communications test ---
 
 TEST_F(Kvt71385Boxes, TheTestTurnsTheEnablesOverAndSaysGood) {

@@ -248,7 +248,7 @@ TEST_F(MultiFunctionModels, TheFullLayoutShowsWhatTheShortOneHidAndOnSomeThePair
   for (const Model& model : models) {
     SCOPED_TRACE(model.form_name);
     open(model.form_name);
-    panel->Label13_DblClick();
+    program.runtime.dispatch([&] { forms::user::double_click(panel->Label13); });
     EXPECT_EQ(store.LayoutCompact, 0);
     for (const char* shown :
          {"Frame2",    "Frame3",        "Frame4",        "Frame5",        "Frame8",
@@ -261,7 +261,7 @@ TEST_F(MultiFunctionModels, TheFullLayoutShowsWhatTheShortOneHidAndOnSomeThePair
     for (const int position : model.hidden) EXPECT_TRUE(panel->OptMeasure(position).Visible);
     EXPECT_EQ(panel->Frame10.Visible, model.shows_pair);
     EXPECT_FALSE(panel->cmdIntr1.Visible);
-    panel->Label13_DblClick();
+    program.runtime.dispatch([&] { forms::user::double_click(panel->Label13); });
     EXPECT_EQ(store.LayoutCompact, -1);
     EXPECT_FALSE(panel->Frame3.Visible);
     EXPECT_FALSE(panel->Frame10.Visible);

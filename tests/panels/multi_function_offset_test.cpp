@@ -89,6 +89,8 @@ TEST_F(ProximityOffset, IsTakenOffWhenTicked) {
   EXPECT_EQ(part().offset(), 0);
   click(part().ChkSubract);
   EXPECT_EQ(part().offset(), 150);
+  choose_option("OptITime", 0);
+  EXPECT_EQ(part().offset(), 0);
   for (const auto& [text, offset] : {std::pair{"-5", 0.0}, {"0", 0.0}, {"2.5", 2.5}, {"word", 0.0}}) {
     part().lblOffset.Caption = text;
     EXPECT_EQ(part().offset(), offset) << text;

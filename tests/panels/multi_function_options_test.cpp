@@ -273,7 +273,42 @@ TEST_F(Kvt71385Options, InALoopTheKindOfReadingStays) {
   });
   choose_option("OptITime", 0);
   EXPECT_EQ(store.ReadAdc, -1);
-  EXPECT_EQ(store.InternalTiming, -1);
+}
+
+TEST_F(Kvt71385Options, AWidthBringsInternalTimingBackAlsoInALoop) {
+  for (const Flag loop : {false_flag, true_flag}) {
+    for (const int width : {0, 1, 2, 3}) {
+      store.InternalTiming = false_flag;
+      store.Sample_Run = loop;
+      choose_option("OptITime", width);
+      EXPECT_EQ(store.InternalTiming, -1) << width;
+    }
+  }
+}
+
+// Idle it changes nothing. A running collection begins anew, whichever of both was clicked.
+TEST_F(Kvt71385Options, TheTimeBaseOfSamplingBeginsACollectionAnew) {
+  const std::int32_t before = store.Collections;
+  click(panel->OptTimeBase(1));
+  EXPECT_EQ(store.Collections, before);
+  for (const int position : {1, 0}) {
+    make_measure();
+    const std::int32_t begun = store.Collections;
+    std::int32_t count_behind_it = -1;
+    store.Sample_Count = 0;
+    at_yield(count_reaches(20), [&] {
+      forms::user::click(panel->OptTimeBase(position));
+      at_yield([&] { return store.Collections == begun + 2 && store.Sample_Count >= 5; },
+               [&] {
+                 count_behind_it = store.Sample_Count;
+                 forms::user::click(panel->cmdStopData);
+               });
+    });
+    click(panel->cmdCollectData);
+    EXPECT_EQ(store.Collections, begun + 2);
+    EXPECT_EQ(count_behind_it, 5);
+    EXPECT_EQ(store.Sample_Run, 0);
+  }
 }
 
 // --- what follows by itself ---

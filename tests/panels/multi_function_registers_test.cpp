@@ -32,6 +32,10 @@ const std::vector<Button> buttons{
     {"cmdSetControl", -1, {{0, -1, 1, 0x64}, {2, 0x89, 0}}, {3}},
     {"OptMode", 2, {{0, -1, 0, 0x00}, {2, 0x89, 0}}, {3}},
     {"cmdSync", -1, {{0, -1, 0x80}}, {}},
+    {"cmdProx_IR", -1, {{0, -1, 0, 0x60}, {2, 0x89, 2}, {0, -1, 0, 0x40}, {2, 0x89, 2}}, {5, 5}},
+    {"cmdWrtILimits", -1, {{0, -1, 4, 0x64, 0x00, 0xDC, 0x05}}, {}},
+    {"cmdReadILimits", -1, {{1, 0x89, 4}, {1, 0x89, 5}, {1, 0x89, 6}, {1, 0x89, 7}}, {6, 6, 6, 6}},
+    {"cmdSampleInterrupt", -1, {}, {}},
 };
 
 TEST_P(MultiFunctionRegisters, EachButtonHasItsTransfers) {
@@ -206,7 +210,7 @@ TEST_F(Kvt71385Registers, TheResultIsShownInTheBoxesOfTheLowLimit) {
 
 TEST_F(Kvt71385Registers, ThePollReadsBothAndShowsNothing) {
   replying({2, 0xFF, 0xFF});
-  panel->TimerIPol_Timer();
+  program.runtime.dispatch([&] { panel->TimerIPol.raise(forms::Event::Timer); });
   EXPECT_EQ(sent(), (ByteLists{{2, 0x89, 0}}));
   EXPECT_EQ(reply_sizes(), (std::vector<std::size_t>{3}));
   EXPECT_EQ(read_box(0), "00");

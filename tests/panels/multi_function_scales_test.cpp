@@ -136,6 +136,14 @@ TEST_F(Kvt71385Scales, TheRightSideIsInTenthsOfItsBox) {
   }
 }
 
+TEST_F(Kvt71385Scales, Scheme0ScalesTheRightSideAndScheme1LeavesIt) {
+  for (const auto& [scheme, second] : {std::pair{0, "410"}, {1, "before"}}) {
+    store.Label_Right.fill("before");
+    choose_option("OptIRMode", scheme);
+    EXPECT_EQ(store.Label_Right[1], second);
+  }
+}
+
 // Before width and range are run over again, the right side is that of the scheme.
 TEST_F(Kvt71385Scales, AnOperationScalesTheRightSideByItsScheme) {
   store.EventsEnabled = false_flag;
@@ -205,6 +213,9 @@ TEST_F(Kvt71385Scales, ARangeDrawsTheGridAnew) {
   EXPECT_EQ(dark_pixels(), 0);
   choose_option("OptGain", 1);
   EXPECT_GT(dark_pixels(), 1000);
+  // Behind an operation the saved chart is put back last.
+  measure_by(2);
+  EXPECT_EQ(dark_pixels(), 0);
 }
 
 // The lamps of the boxes that the result has, too, are out of sight while a width is read back.
