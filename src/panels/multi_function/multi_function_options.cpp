@@ -130,12 +130,7 @@ void MultiFunctionPanel::OptIRMode_Click(int Index) {
   txtScale.Text = txtScale2.Text = std::to_string(has_sign ? store.FullCount / 2 : store.FullCount);
   txtScaleMin.Text = has_sign ? signed_minimum_text : "0000";
   txtScaleMin2.Text = has_sign ? signed_minimum_text : model_.unsigned_minimum;
-  store.Scale_Min = has_sign ? signed_minimum : 0;
-  if (has_sign) {
-    store.Scale_Max = forms::CLng(forms::Val(txtScale2.Text) + 1);
-  } else {
-    scale_right_side();
-  }
+  if (!has_sign) scale_right_side();
   limits.lblIlimitsformat(0).Caption = has_sign ? "2s Complement" : "Single Polarity";
   cmdScale_Click();
   if (!deferred({&Store::PendingWriteR1})) cmdSetControl_Click();
