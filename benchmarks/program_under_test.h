@@ -27,6 +27,8 @@ inline constexpr int passes = 1000;
 struct Subject {
   const char* form;
   void (*prepare)(SensorPanel& panel);
+  // Before each collection.
+  void (*again)(SensorPanel& panel) = [](SensorPanel&) {};
 };
 
 inline void click(SensorPanel& panel, const char* control, int index) {
@@ -41,6 +43,15 @@ inline constexpr Subject kvt71346{"frmKVT71346", [](SensorPanel& panel) {
 inline constexpr Subject kvt71344{"frmKVT71344", [](SensorPanel& panel) { click(panel, "ChkCommand", 2); }};
 // Continuous: each pass shows a count, and what it is in lux.
 inline constexpr Subject kvt71338{"frmKVT71338", [](SensorPanel& panel) { click(panel, "OptMeasQty", 0); }};
+
+// The end of a collection takes the measurement away.
+inline constexpr Subject kvt71385_light{"frmKVT71385", [](SensorPanel&) {},
+                                        [](SensorPanel& panel) { click(panel, "OptMeasure", 5); }};
+inline constexpr Subject kvt71385_proximity{"frmKVT71385", [](SensorPanel&) {},
+                                            [](SensorPanel& panel) { click(panel, "OptMeasure", 7); }};
+inline constexpr Subject kvt71385_auto_range{"frmKVT71385",
+                                             [](SensorPanel& panel) { click(panel, "OptGainMode", 1); },
+                                             [](SensorPanel& panel) { click(panel, "OptMeasure", 6); }};
 
 struct ProgramUnderTest {
   explicit ProgramUnderTest(forms::FrontEnd& front_end) : program(clock, board, front_end) {
@@ -60,6 +71,7 @@ struct ProgramUnderTest {
 
   void choose_panel(const Subject& subject = kvt71346) {
     form = subject.form;
+    again = subject.again;
     start(program);
     const auto row = std::ranges::find(model_list, std::string_view(form), &ModelRow::panel);
     forms::user::click_row(program.forms.touch<frmStartup>().cboDeviceSelect,
@@ -72,6 +84,7 @@ struct ProgramUnderTest {
   boards::SimulatedBoard board{clock};
   Program program;
   std::string form = kvt71346.form;
+  void (*again)(SensorPanel&) = kvt71346.again;
   bool stop = false;  // once `passes` samples are there
 };
 
@@ -95,10 +108,11 @@ inline void connect_and_disconnect(benchmark::State& state, ProgramUnderTest& su
 inline void real_time_passes(benchmark::State& state, ProgramUnderTest& subject) {
   auto& panel = subject.panel();
   auto& store = subject.program.store;
-  panel.txtInterval.Text = "0";
   double light = 100;
   for (auto _ : state) {
     state.PauseTiming();
+    subject.again(panel);
+    panel.txtInterval.Text = "0";
     store.Man_Usb_Conn = true_flag;
     subject.workbench().cmdUSBConnect_Click();
     subject.workbench().cmdClearLog_Click();
