@@ -160,6 +160,25 @@ struct ProximityVariables {
   double LuxCover = 0;
 };
 
+// The proximity filter and the stability wait of the two-mode panels.
+struct FilterVariables {
+  Flag ProxAdjMode = 0;       // readings are filtered
+  std::uint8_t Prox_Cmd = 0;  // commands of the last pair
+  std::uint8_t IR_Cmd = 0;
+  std::int32_t ProxVal = 0;  // readings of this pass
+  std::int32_t IrVal = 0;
+  double ProxDiff = 0;
+  double ProxAdj = 0;      // what the filter makes of them
+  double ProxAdjPrev = 0;  // last accepted
+  double ProxPrev = 0;
+  double IrPrev = 0;
+  Flag ProxReject = 0;                        // this pass's reading is rejected
+  Flag ProxAdjStarted = 0;                    // one has been accepted
+  std::int32_t ProxOverCount = 0;             // rejections in a row for the change alone
+  Flag Stab_Wait = 0;                         // a wait goes on
+  std::array<std::int32_t, 11> Stab_Value{};  // the readings that it compares
+};
+
 // What the sensor interrupts on.
 struct InterruptVariables {
   std::int32_t LimitMax = 0;  // bounds of the limits, inclusive
@@ -214,6 +233,7 @@ struct Store : ProgramVariables,
                RegisterVariables,
                ConverterVariables,
                ProximityVariables,
+               FilterVariables,
                InterruptVariables,
                AutoRangeVariables,
                ResistorVariables,

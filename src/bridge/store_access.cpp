@@ -131,6 +131,12 @@ constexpr std::array proximity_variables{
     VARIABLE(ProxCount),     VARIABLE(IrCount),      VARIABLE(ProxMinusIr), VARIABLE(CoverMode),
     VARIABLE(CoverAlsCount), VARIABLE(CoverIrCount), VARIABLE(LuxRaw),      VARIABLE(LuxCover)};
 
+constexpr std::array filter_variables{
+    VARIABLE(ProxAdjMode),   VARIABLE(Prox_Cmd),  VARIABLE(IR_Cmd),     VARIABLE(ProxVal),
+    VARIABLE(IrVal),         VARIABLE(ProxDiff),  VARIABLE(ProxAdj),    VARIABLE(ProxAdjPrev),
+    VARIABLE(ProxPrev),      VARIABLE(IrPrev),    VARIABLE(ProxReject), VARIABLE(ProxAdjStarted),
+    VARIABLE(ProxOverCount), VARIABLE(Stab_Wait), VARIABLE(Stab_Value)};
+
 constexpr std::array interrupt_variables{VARIABLE(LimitMax), VARIABLE(LimitMin), VARIABLE(IntPinAsserted)};
 
 constexpr std::array auto_range_variables{VARIABLE(GainAuto),   VARIABLE(IrdrAuto),     VARIABLE(TripReading),
@@ -156,10 +162,11 @@ constexpr auto joined(const std::array<StoreVariable, Sizes>&... topics) {
   return all;
 }
 
-constexpr auto variables = joined(
-    program_variables, session_variables, transfer_variables, port_variables, chart_variables,
-    sampling_variables, reading_variables, register_variables, converter_variables, proximity_variables,
-    interrupt_variables, auto_range_variables, resistor_variables, script_variables, colour_variables);
+constexpr auto variables =
+    joined(program_variables, session_variables, transfer_variables, port_variables, chart_variables,
+           sampling_variables, reading_variables, register_variables, converter_variables,
+           proximity_variables, filter_variables, interrupt_variables, auto_range_variables,
+           resistor_variables, script_variables, colour_variables);
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include "panels/single_channel/eight_register_panel.h"
 #include "panels/single_channel/kvt71338.h"
 #include "panels/single_channel/kvt71346.h"
+#include "panels/two_mode/two_mode_panel.h"
 #include "script/batch_panel.h"
 #include "script/script_panel.h"
 #include "shell/about_box.h"
@@ -59,6 +60,7 @@ void add_forms(Program& program) {
   add<frmKVT71346>(program);
   add_models<EightRegisterPanel>(program, eight_register_models());
   add<frmKVT71338>(program);
+  add_models<TwoModePanel>(program, two_mode_models());
   add_models<MultiFunctionPanel>(program, multi_function_models());
   add<frmProxOff>(program);
   add<frm71385INTR>(program);

@@ -40,11 +40,6 @@ void frmStartup::cboDeviceSelect_Click() {
   Hide();
   program.forms.touch(log_form_name).Hide();
   if (row.also_prepared) program.forms.touch(row.also_prepared).Hide();
-  if (!program.forms.knows(row.panel)) {
-    MsgBox(std::string("This version has no panel for the ") + row.text + " yet.");
-    Show();
-    return;
-  }
   program.forms.touch(row.panel).Show();
 }
 

@@ -178,7 +178,7 @@ TEST_P(PanelAutomaticScale, LetsTheLoopLeaveForAHundredYields) {
   store.Sample_Run = -1;
   int stopped = 0;
   user.at_yield = [&] {
-    if (panel.cmdStopData.Visible) {
+    if (offered(panel.cmdStopData)) {
       if (store.Man_Usb_Conn == -1 && store.Sample_Run == -1) {
         program.runtime.post(clicking(panel.cmdStopData));
       }

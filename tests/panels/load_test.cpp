@@ -27,12 +27,17 @@ TEST_P(PanelLoad, SetsTheSharedVariables) {
 TEST_P(PanelLoad, HidesWhatShowsItselfLater) {
   for (forms::Control* hidden : std::initializer_list<forms::Control*>{
            &panel.Label17, &panel.txtReading2, &panel.LblCommTest, &panel.Label6, &panel.Label14,
-           &panel.txtTime1, &panel.txtTime3, &panel.shpSample, &panel.cmdStopData, &panel.cmdEndSampling}) {
+           &panel.txtTime1, &panel.txtTime3, &panel.shpSample}) {
     EXPECT_FALSE(hidden->Visible) << hidden->name();
   }
+  for (const forms::CommandButton* stop : {&panel.cmdStopData, &panel.cmdEndSampling}) {
+    EXPECT_FALSE(offered(*stop)) << stop->name();
+  }
   for (forms::Frame* frame : {&panel.frmMode, &panel.frmTimeBase, &panel.FrmDevice}) {
-    // A short layout keeps the mode alone.
-    EXPECT_EQ(frame->Visible, store.LayoutCompact == 0 || frame == &panel.frmMode) << frame->name();
+    // A short layout keeps the mode, and on some panels the device.
+    const bool kept =
+        frame == &panel.frmMode || (frame == &panel.FrmDevice && dynamic_cast<const TwoModePanel*>(&panel));
+    EXPECT_EQ(frame->Visible, store.LayoutCompact == 0 || kept) << frame->name();
   }
   EXPECT_EQ(panel.ShpHandleStatus.FillColor.get(), lamp(10));
   EXPECT_TRUE(panel.visible());
@@ -58,7 +63,7 @@ TEST_P(PanelLoad, SharedControlsSayWhatTheyDo) {
       {"Label13", {"USB Comm"}},
       {"lblHandleStatus", {"Panel Loaded"}},
       {"lblCapturedReadings", {"Captured Readings"}},
-      {"cmdSample", {"Trigger / Read Light Sensor with Selected Delay Time"}},
+      {"cmdSample", {has_converter() ? "Start" : "Trigger / Read Light Sensor with Selected Delay Time"}},
       {"cmdEndSampling", {"Stop Sampling"}},
       {"cmdCollectData", {"Collect / Graph Real Time Data"}},
       {"cmdStopData", {"Stop Data Acquisition"}},

@@ -12,6 +12,7 @@
 #include "panels/multi_function/multi_function_panel.h"
 #include "panels/single_channel/kvt71338.h"
 #include "panels/single_channel/kvt71346.h"
+#include "panels/two_mode/two_mode_panel.h"
 #include "shell/start_panel.h"
 #include "support/test_program.h"
 #include "workbench/gpio_panel.h"
@@ -42,6 +43,7 @@ inline std::vector<std::string> every_panel_without_converter() {
   for (const MultiFunctionModel& model : multi_function_models()) {
     std::erase(names, model.converter.panel.form_name);
   }
+  for (const TwoModeModel& model : two_mode_models()) std::erase(names, model.converter.panel.form_name);
   return names;
 }
 
@@ -112,7 +114,9 @@ inline const std::map<std::string, std::function<void(SensorPanel&)>> measuring_
     {"frmKVT71385", measure_infrared},
     {"frmKVT71388", measure_infrared},
     {"frmKVT71390", measure_infrared},
-    {"frmKVT71392", measure_infrared}};
+    {"frmKVT71392", measure_infrared},
+    {"frmKVT71374", measure_infrared},
+    {"frmKVT71376", measure_infrared}};
 
 // Makes the user's choice in the start list.
 inline SensorPanel& choose_panel(TestProgram& test, const std::string& form_name) {
@@ -156,7 +160,11 @@ struct PanelProgram : TestProgram {
     forget_traffic();
   }
   // Those of the set-up, of the loop, and of the options that let the sensor rest.
-  std::size_t sessions_of_a_collection() const { return has_converter() ? 2 + 1 + 4 : 1; }
+  std::size_t sessions_of_a_collection() const {
+    if (dynamic_cast<const MultiFunctionPanel*>(opened)) return 2 + 1 + 4;
+    if (dynamic_cast<const TwoModePanel*>(opened)) return 4 + 1;
+    return 1;
+  }
 
   // --- the user ---
 
@@ -217,14 +225,17 @@ struct PanelProgram : TestProgram {
     return std::to_string(interval_ms - opened->model.sleep_margin);
   }
 
+  // Whether the user can press it.
+  static bool offered(const forms::Control& button) { return button.Visible && button.Enabled; }
+
   // As the panel is when no loop runs. The session may be open: not every panel closes it.
   void expect_idle() {
     EXPECT_TRUE(opened->cmdCollectData.Enabled);
     EXPECT_TRUE(opened->cmdSample.Enabled);
-    EXPECT_TRUE(opened->cmdSample.Visible);
-    EXPECT_FALSE(opened->cmdStopData.Visible);
-    EXPECT_FALSE(opened->cmdEndSampling.Visible);
-    EXPECT_TRUE(opened->Command4.Visible);
+    EXPECT_TRUE(offered(opened->cmdSample));
+    EXPECT_FALSE(offered(opened->cmdStopData));
+    EXPECT_FALSE(offered(opened->cmdEndSampling));
+    EXPECT_TRUE(offered(opened->Command4));
     const forms::Control* reset = opened->find("cbReset");
     EXPECT_TRUE(!reset || reset->Visible);
     EXPECT_TRUE(opened->frmTimeBase.Visible);

@@ -8,6 +8,7 @@ namespace varzelin::testing {
 namespace {
 
 constexpr int kvt71385 = 5;  // row of the start list
+constexpr int kvt71374 = 4;
 constexpr int samples = 390;
 
 struct Pictures : PanelWindow {
@@ -46,6 +47,22 @@ TEST_F(Pictures, Kvt71385InFullWithATargetThatMoves) {
   click("OptMeasure(4)");
   scale_to("500");
   save_running("kvt71385-full", [this](double wave) { board.scene().distance_mm = 72 + 60 * wave; });
+}
+
+TEST_F(Pictures, Kvt71374InItsFilter) {
+  open(kvt71374);
+  turn_layout();
+  click("OptITime(1)");
+  click("OptMeasure(9)");
+  scale_to("4000");
+  save_running("kvt71374-full", [this](double wave) { board.scene().distance_mm = 40 + 60 * wave; });
+}
+
+TEST_F(Pictures, Kvt71374InLight) {
+  open(kvt71374);
+  click("OptITime(1)");
+  click("OptMeasure(5)");
+  save_running("kvt71374", [this](double wave) { board.scene().light_lux = 1000 * wave; });
 }
 
 }  // namespace

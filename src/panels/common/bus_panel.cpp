@@ -34,7 +34,8 @@ void BusPanel::release_session() {
   disconnect();
 }
 
-void BusPanel::exchange(std::initializer_list<int> request, int reply_size, Route route) {
+void BusPanel::exchange(std::initializer_list<int> request, int reply_size, Route route,
+                        BehindFailure behind_failure) {
   leave_if_overtaken();
   struct OnStack {
     explicit OnStack(int& of_exchanges) : exchanges(of_exchanges) { ++exchanges; }
@@ -43,6 +44,10 @@ void BusPanel::exchange(std::initializer_list<int> request, int reply_size, Rout
   } const on_stack(exchanges_);
   set_request(store, route.out_pipe, request);
   const Outcome asked = transfer(false, route.transfers);
+  if (asked == Outcome::failed && behind_failure == BehindFailure::stops) {
+    leave_if_overtaken();
+    return;
+  }
   set_reply(store, route.out_pipe + in_pipe_offset, reply_size);
   // What was asked for is fetched even if nobody wants it any more: the next reply is the next request's.
   if (asked != Outcome::given_up) transfer(true, route.transfers);

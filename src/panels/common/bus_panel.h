@@ -47,9 +47,11 @@ class BusPanel : public ProgramForm {
   void read_registers(int first_register, int reply_size) {
     exchange({store.I2C_RdCnt, store.I2C_RdAdr, first_register}, reply_size, sensor_route());
   }
-  // A request and its reply, which is fetched though the request failed. One that is given up has a reply of
-  // zeros.
-  void exchange(std::initializer_list<int> request, int reply_size, Route route);
+  // A request and its reply, which is fetched though the request failed, unless the caller says otherwise.
+  // One that is given up has a reply of zeros.
+  enum class BehindFailure { fetches_reply, stops };
+  void exchange(std::initializer_list<int> request, int reply_size, Route route,
+                BehindFailure behind_failure = BehindFailure::fetches_reply);
   // Between a request and its reply, in a handler that runs in their yields: the next reply isn't one's own.
   bool within_exchange() const { return exchanges_ != 0; }
 

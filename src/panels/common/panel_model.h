@@ -34,6 +34,7 @@ struct PanelModel {
   const char* scale;      // txtScale at load, reading units
   double scale_addition;  // Scale_Max is the whole part of txtScale's value plus this
   std::vector<DeviceRow> devices;
+  const char* sample_caption = "Trigger / Read Light Sensor with Selected Delay Time";
   // The real-time loop wakes this long before a sample is due (milliseconds), and sleeps up to
   // `sleep_margin` before it.
   int wake_margin = 4;
@@ -45,12 +46,16 @@ struct PanelModel {
   std::vector<const char*> unloaded_panels = {};
   AddressForm write_address = AddressForm::write;
   Transfers transfers = Transfers::fast;
+  // The loops enable and disable the buttons that another panel's show and hide.
+  bool buttons_stay = false;
   bool heartbeat = true;  // shpSample beats while a timed run goes
   // The timed loop holds the session. Otherwise its transfers open and close it by the connection rule.
   bool sampling_holds_session = true;
   SessionEnd sampling_session_end = SessionEnd::disconnect;
   // Yields at the end of a collection before the session is closed; 0: it is closed first of all.
   int yields_before_disconnect = 0;
+  // Behind the close of a loop's session. Until they are over the stop is in force: options wait.
+  int yields_when_closed = 0;
   int yields_at_end = 1;          // of a collection, before the panel is as it was
   bool integration_timer = true;  // Tmr_Integration has a handler
 };

@@ -11,6 +11,14 @@ forms::Elements plain(const std::vector<int>& indices) {
   return elements;
 }
 
+forms::Elements lamps(const RegisterPanel::Boxes& boxes) {
+  forms::Elements elements = plain(boxes.lamps);
+  for (const int index : boxes.framed_lamps) {
+    elements.emplace_back(index, Design{.Container = boxes.lamp_frame});
+  }
+  return elements;
+}
+
 }  // namespace
 
 RegisterPanel::RegisterPanel(Program& owner, const PanelModel& panel_model,
@@ -19,7 +27,7 @@ RegisterPanel::RegisterPanel(Program& owner, const PanelModel& panel_model,
       writes_(writes),
       txtRegHex(*this, "txtRegHex", plain(boxes.written)),
       txtRegRd(*this, "txtRegRd", plain(boxes.read)),
-      ShpInd(*this, "ShpInd", plain(boxes.lamps)) {}
+      ShpInd(*this, "ShpInd", lamps(boxes)) {}
 
 void RegisterPanel::cmdRead_All_Click() {
   if (!deferred({&Store::PendingReadRegs})) Read_Registers();

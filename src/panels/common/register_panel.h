@@ -31,6 +31,9 @@ class RegisterPanel : public SensorPanel {
     std::vector<int> written;
     std::vector<int> read;
     std::vector<int> lamps;
+    // Some of the lamps stand in a frame.
+    std::vector<int> framed_lamps = {};
+    forms::Control* lamp_frame = nullptr;
   };
   // The writes are those of registers 0, 1, ... and outlive the panel.
   RegisterPanel(Program& owner, const PanelModel& panel_model, std::span<const RegisterWrite> writes,

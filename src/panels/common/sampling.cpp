@@ -34,11 +34,11 @@ void SensorPanel::fetch_last_trigger() {
 
 void SensorPanel::start_sampling() {
   Label18.Caption = collecting_text;
-  cmdSample.Visible = false;
-  if (!model.exit_button.stays_in_loops) Command4.Visible = false;
+  offer(cmdSample, false);
+  if (!model.exit_button.stays_in_loops) offer(Command4, false);
   if (model.heartbeat) shpSample.Visible = true;
   cmdCollectData.Enabled = false;
-  cmdEndSampling.Visible = true;
+  offer(cmdEndSampling, true);
   store.AbortRequested = false_flag;
   store.PendingUpdate = false_flag;
   Tmr_Integration.Enabled = false;
@@ -71,14 +71,16 @@ void SensorPanel::timed_pass() {
 }
 
 void SensorPanel::end_sampling() {
-  store.AbortRequested = false_flag;
+  if (model.yields_when_closed == 0) store.AbortRequested = false_flag;
   store.Man_Usb_Conn = false_flag;
   if (model.sampling_session_end == SessionEnd::disconnect) disconnect();
   if (model.sampling_session_end == SessionEnd::connect_again) connect();
-  cmdEndSampling.Visible = false;
-  cmdAbort.Visible = false;
-  cmdSample.Visible = true;
-  Command4.Visible = true;
+  DoEvents(model.yields_when_closed);
+  store.AbortRequested = false_flag;
+  offer(cmdEndSampling, false);
+  offer(cmdAbort, false);
+  offer(cmdSample, true);
+  offer(Command4, true);
   sampling_ended();
   cmdCollectData.Enabled = true;
 }
@@ -110,8 +112,8 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
   cmdSample.Enabled = false;
   cmdCollectData.Enabled = false;
-  cmdStopData.Visible = true;
-  if (!model.exit_button.stays_in_loops) Command4.Visible = false;
+  offer(cmdStopData, true);
+  if (!model.exit_button.stays_in_loops) offer(Command4, false);
   store.PendingUpdate = false_flag;
   store.AbortRequested = false_flag;
   collection_starts();
@@ -147,6 +149,7 @@ std::optional<forms::RunTimeError> SensorPanel::collect(std::int32_t interval_ms
   } const on_stack(*this);
   start_collection(interval_ms);
   hold_session();
+  session_held();
   try {
     while (store.Sample_Run == true_flag && loaded()) collection_pass();
   } catch (const forms::RunTimeError& error) {
@@ -219,13 +222,14 @@ void SensorPanel::end_collection() {
   store.Sample_Run = false_flag;
   store.Man_Usb_Conn = false_flag;
   if (model.yields_before_disconnect == 0) disconnect();
+  DoEvents(model.yields_when_closed);
   store.AbortRequested = false_flag;
   cmdCollectData.Enabled = true;
-  cmdStopData.Visible = false;
+  offer(cmdStopData, false);
   cmdCollectData.Caption = "Collect Data Graphical Real Time Data";
   DoEvents(model.yields_at_end);
   cmdSample.Enabled = true;
-  Command4.Visible = true;
+  offer(Command4, true);
   collection_ended();
   if (model.yields_before_disconnect == 0) return;
   DoEvents(model.yields_before_disconnect);
@@ -258,6 +262,10 @@ void SensorPanel::pace(std::int64_t due) {
 }
 
 // --- what both loops use ---
+
+void SensorPanel::offer(forms::Control& button, bool offered) {
+  (model.buttons_stay ? button.Enabled : button.Visible) = offered;
+}
 
 std::size_t SensorPanel::slot(std::int32_t sample) {
   if (sample < 0 || sample > last_sample) forms::raise_error(forms::subscript_out_of_range);
@@ -302,13 +310,13 @@ void SensorPanel::cmdAbort_Click() {
 void SensorPanel::cmdEndSampling_Click() {
   store.AbortRequested = true_flag;
   Label18.Caption = halted_text;
-  shpSample.Visible = false;
+  if (model.heartbeat) shpSample.Visible = false;
   cmdStopData_Click();
 }
 
 void SensorPanel::cmdStopData_Click() {
   store.Sample_Run = false_flag;
-  shpSample.Visible = false;
+  end_heartbeat();
   store.AbortRequested = true_flag;
   Label18.Caption = halted_text;
   DoEvents();

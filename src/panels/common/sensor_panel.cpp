@@ -14,7 +14,7 @@ constexpr int default_address = 0x88;
 
 SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
     : BusPanel(owner, panel_model),
-      cmdSample(*this, "cmdSample", {.Caption = "Trigger / Read Light Sensor with Selected Delay Time"}),
+      cmdSample(*this, "cmdSample", {.Caption = panel_model.sample_caption}),
       txtInterval(*this, "txtInterval", {.Text = panel_model.interval}),
       txtSampleByte(*this, "txtSampleByte",
                     forms::elements(panel_model.shown_reply_bytes, [](int) { return Design{}; })),
@@ -42,6 +42,11 @@ SensorPanel::SensorPanel(Program& owner, const PanelModel& panel_model)
   on(txtInterval, Event::LostFocus, &SensorPanel::txtInterval_LostFocus);
   on(txtScale, Event::Click, &SensorPanel::txtScale_Click);
   on(TmrSample, Event::Timer, &SensorPanel::TmrSample_Timer);
+  for (forms::Control* stop : {&cmdEndSampling, &cmdStopData}) {
+    if (!model.buttons_stay) break;
+    stop->Visible = true;
+    stop->Enabled = false;
+  }
   if (model.integration_timer) on(Tmr_Integration, Event::Timer, &SensorPanel::Tmr_Integration_Timer);
   on(cmdWaveformINit, Event::Click, &SensorPanel::cmdWaveformINit_Click);
   on(cmdDrawTrace, Event::Click, &SensorPanel::cmdDrawTrace_Click);

@@ -90,6 +90,8 @@ class SensorPanel : public BusPanel {
   virtual void collection_starts() {}
   // The vertical scale as a collection begins. Raises overflow for a text that is no scale.
   virtual void take_scale();
+  // The session is open, and the loop about to begin.
+  virtual void session_held() {}
   // The session is open, the first pass not begun; also when the collection is begun anew.
   virtual void collection_connected() {}
   virtual void collection_ended() {}
@@ -143,6 +145,10 @@ class SensorPanel : public BusPanel {
   void show_reply_bytes();
   // Puts a count's bytes together as texts, the high byte's in front of the low byte's.
   static void show_count_of_bytes(const TextBox& high, const TextBox& low, TextBox& hex, TextBox& decimal);
+  // A button of the loops comes or goes, or is enabled or not.
+  void offer(forms::Control& button, bool offered);
+  // What a stop button does to the heartbeat.
+  virtual void end_heartbeat() { shpSample.Visible = false; }
   // Turns both LEDs of the GPIO panel over and writes the ports.
   void toggle_leds();
   void show_comm_test(bool good);

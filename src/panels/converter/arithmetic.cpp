@@ -25,8 +25,12 @@ SignedCount inverted_magnitude(int low, int high, int negative_from) {
   return negative((((high - sign_of_16_bits) * 256 + low) ^ magnitude_of_16_bits) + 1);
 }
 
+int meant_of_high(int high, int sign_bit) {
+  return sign_bit == sign_of_12_bits ? high & high_bits_of_12 : high;
+}
+
 SignedCount twos_complement(int low, int high, int sign_bit, int sign_mask) {
-  if (sign_bit == sign_of_12_bits) high &= high_bits_of_12;
+  high = meant_of_high(high, sign_bit);
   if (high < sign_bit) return plain_count(low, high);
   return negative((((high - sign_bit) * 256 + low) ^ sign_mask) + 1);
 }

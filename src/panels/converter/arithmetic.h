@@ -23,6 +23,9 @@ constexpr SignedCount plain_count(int low, int high) {
 // of `negative_from` on: the places that read such a value don't agree on it.
 SignedCount inverted_magnitude(int low, int high, int negative_from);
 
+// A high byte without what has no meaning at twelve bits.
+int meant_of_high(int high, int sign_bit);
+
 // Two's complement at the converter's width: `sign_bit` of the high byte, 128 at 16 bits and 8 at 12 bits,
 // and `sign_mask`, what lies below it in the 16 bits.
 SignedCount twos_complement(int low, int high, int sign_bit, int sign_mask);

@@ -18,7 +18,7 @@ struct ConverterPanel::Trip {
 void ConverterPanel::end_pass() {
   if (store.Reading > store.PeakReading) store.PeakReading = store.Reading;
   if (store.GainAuto != 0 || store.IrdrAuto != 0) follow_range();
-  if (chkAutoAuto.Value == 1) forms::resume_next([this] { follow_scale(); });
+  if (chkAutoAuto.Value == 1) follow_scale();
 }
 
 // In lux the reading is held against counts all the same.
@@ -45,9 +45,11 @@ void ConverterPanel::check_trip(const Trip& trip, bool beyond) {
   next_to(store.IrdrIndex, store.IrdrTarget);
   store.RangeChanged = true_flag;
   DoEvents();
+  leave_if_overtaken();
   if (store.GainAuto != 0) OptGain(store.GainTarget).Value = true;
   if (store.IrdrAuto != 0) OptPSrc(store.IrdrTarget).Value = true;
   DoEvents();
+  leave_if_overtaken();
   if (store.GainAuto != 0 || store.IrdrAuto != 0) show_switch(trip.words);
 }
 
@@ -66,14 +68,18 @@ void ConverterPanel::follow_scale() {
   constexpr double headroom = 1.15;
   constexpr double wide = 0.1;
   constexpr std::int32_t least = 10;
-  if (store.PeakReading * headroom > forms::Val(txtScale.Text)) rescale_by_peak();
-  if (store.Reading > least && forms::Val(txtScale.Text) * wide > store.PeakReading) rescale_by_peak();
+  forms::resume_next([this] {
+    if (store.PeakReading * headroom > forms::Val(txtScale.Text)) rescale_by_peak();
+  });
+  forms::resume_next([this] {
+    if (store.Reading > least && forms::Val(txtScale.Text) * wide > store.PeakReading) rescale_by_peak();
+  });
 }
 
 void ConverterPanel::rescale_by_peak() {
   const std::int32_t reading = store.Reading;
   store.Reading = forms::CLng(store.PeakReading);
-  cmdAutoScale_Click();
+  forms::resume_next([this] { cmdAutoScale_Click(); });
   store.Reading = reading;
   leave_if_overtaken();
   DoEvents();

@@ -13,12 +13,15 @@ constexpr double no_peak = -999999.0;
 // --- the timed loop ---
 
 bool ConverterPanel::sampling_allowed() {
-  if (without_measurement()) choose_measurement(first_continuous);
-  DoEvents();
+  if (without_measurement()) {
+    choose_measurement(first_continuous);
+    DoEvents();
+  }
   if (store.ExtTiming != 0) ChkEOC1(0).Value = 1;
   prepare_sampling();
   Label3(0).Caption = store.ReadTimeBase != 0 ? "TB" : "ADC";
   hold_session();
+  DoEvents();
   if (store.OneShotMode != 0) show_delay_words();
   return true;
 }
@@ -30,14 +33,16 @@ void ConverterPanel::start_sample() {
   } else if (store.OneShotMode != 0) {
     cmdSetCommand_Click();
   }
-  for (int step = 0; step < converter_.syncs; ++step) send_sync(step);
+  for (int step = 0; step < converter_.syncs; ++step) {
+    if (!syncs(step)) continue;
+    Sleep(number_of(txtSync1Delay(step)));
+    cmdSync_Click();
+  }
   Sleep(number_of(txtSampling_Delay));
 }
 
-void ConverterPanel::send_sync(int step) {
-  if (store.ExtTiming == 0 || ChkEOC1(step).Value != 1) return;
-  Sleep(number_of(txtSync1Delay(step)));
-  cmdSync_Click();
+bool ConverterPanel::syncs(int step) const {
+  return store.ExtTiming != 0 && ChkEOC1(step).Value == 1;
 }
 
 void ConverterPanel::run_sampling_work() {
@@ -98,7 +103,7 @@ void ConverterPanel::begin_pass() {
 // --- real time: a measurement ---
 
 Measurement ConverterPanel::measure() {
-  return store.ProxIRMode != 0 ? pair_measurement() : plain_measurement();
+  return store.ProxIRMode != 0 ? pair_measurement(store.Reading) : plain_measurement();
 }
 
 Measurement ConverterPanel::plain_measurement() {
@@ -107,7 +112,10 @@ Measurement ConverterPanel::plain_measurement() {
     forms::resume_next([this] { cmdSetCommand_Click(); });
     DoEvents();
   }
-  forms::resume_next([this] { send_sync(0); });
+  if (syncs(0)) {
+    forms::resume_next([this] { Sleep(number_of(txtSync1Delay(0))); });
+    cmdSync_Click();
+  }
   if (store.OneShotMode != 0) forms::resume_next([this] { Sleep(number_of(txtSampling_Delay)); });
   fetch(2, result_register, result_reply);
   last_result_ = {.low = reply(1), .high = reply(2)};
@@ -132,10 +140,10 @@ std::int32_t ConverterPanel::reading_of(std::int32_t count) const {
   return forms::to_int32(std::int64_t{count} * store.GainMultiplier);
 }
 
-Measurement ConverterPanel::pair_measurement() {
+Measurement ConverterPanel::pair_measurement(std::int32_t reading_before) {
   forms::resume_next([this] { cmdProx_IR_Click(); });
   const std::optional<std::int32_t> difference = pair_difference();
-  if (!difference) return {.value = store.Reading, .raw = store.RawReading, .reading = store.Reading};
+  if (!difference) return {.value = reading_before, .raw = store.RawReading, .reading = reading_before};
   return pair_result(*difference);
 }
 

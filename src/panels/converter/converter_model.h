@@ -37,6 +37,7 @@ struct PairRules {
   bool powers_down;       // the sensor rests behind a pair
 };
 
+// A record of a model, which outlives its panels.
 struct ConverterModel {
   PanelModel panel;
   const ConverterFields* fields;
@@ -44,6 +45,7 @@ struct ConverterModel {
   RegisterPanel::Boxes boxes;
   std::vector<Option> measurements;
   std::vector<Option> modulations;
+  std::vector<Option> modes;  // of OptMode
   const char* command_caption;
   const char* control_caption;
   int syncs;  // under external timing: waits with a sync command behind them

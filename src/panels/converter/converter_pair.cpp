@@ -37,12 +37,23 @@ void ConverterPanel::take_sample_delay() {
 
 bool ConverterPanel::convert(int command, Bytes& result) {
   register_write(0, command);
-  if (stopped_by_failure()) return false;
+  return !stopped_by_failure() && fetch_converted(result);
+}
+
+bool ConverterPanel::write_between_yields(int command) {
+  DoEvents();
+  register_write(0, command);
+  DoEvents();
+  return !stopped_by_failure();
+}
+
+bool ConverterPanel::fetch_converted(Bytes& result) {
   DoEvents();
   if (store.SampleDelayMs > 0) Sleep(store.SampleDelayMs);
   DoEvents();
   store.I2C_RdCnt = 2;
-  read_registers(result_register, result_reply);
+  exchange({store.I2C_RdCnt, store.I2C_RdAdr, result_register}, result_reply, sensor_route(),
+           converter_.pair.stops_at_failure ? BehindFailure::stops : BehindFailure::fetches_reply);
   if (stopped_by_failure()) return false;
   result = last_result_ = {.low = reply(1), .high = reply(2)};
   return true;
@@ -50,25 +61,27 @@ bool ConverterPanel::convert(int command, Bytes& result) {
 
 void ConverterPanel::cmdProx_IR_Click() {
   const Disabled meanwhile(cmdProx_IR);
+  const int base = pair_command();
+  store.IR_Cmd = static_cast<std::uint8_t>(base | infrared_once);
+  store.Prox_Cmd =
+      static_cast<std::uint8_t>(base | proximity_once | (store.ProxScheme == 1 ? inverted_scheme : 0));
+  DoEvents(2);  // before the box, which a loop may fail over again and again
   take_sample_delay();
-  DoEvents(2);
   connect_by_rule();
   measure_pair();
   disconnect_by_rule();
 }
 
 void ConverterPanel::measure_pair() {
-  const int base = pair_command();
   Bytes proximity;
   Bytes infrared;
-  if (!convert(base | proximity_once | (store.ProxScheme == 1 ? inverted_scheme : 0), proximity)) return;
-  if (!convert(base | infrared_once, infrared)) return;
+  if (!convert(store.Prox_Cmd, proximity)) return;
   if (converter_.pair.powers_down) {
+    if (!write_between_yields(store.IR_Cmd) || !fetch_converted(infrared)) return;
+    if (!write_between_yields(power_down)) return;
     DoEvents();
-    register_write(0, power_down);
-    DoEvents();
-    if (stopped_by_failure()) return;
-    DoEvents();
+  } else if (!convert(store.IR_Cmd, infrared)) {
+    return;
   }
   show_pair(proximity, infrared);
 }

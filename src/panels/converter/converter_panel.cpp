@@ -21,10 +21,16 @@ forms::Elements options(const std::vector<Option>& list, Frame& frame) {
   return elements;
 }
 
+RegisterPanel::Boxes framed(RegisterPanel::Boxes boxes, Frame* lamp_frame) {
+  boxes.lamp_frame = lamp_frame;
+  return boxes;
+}
+
 }  // namespace
 
-ConverterPanel::ConverterPanel(Program& owner, const ConverterModel& converter_model)
-    : RegisterPanel(owner, converter_model.panel, converter_model.writes, converter_model.boxes),
+ConverterPanel::ConverterPanel(Program& owner, const ConverterModel& converter_model, Frame* lamp_frame)
+    : RegisterPanel(owner, converter_model.panel, converter_model.writes,
+                    framed(converter_model.boxes, lamp_frame)),
       converter_(converter_model),
       sampling_work_{{&Store::PendingWriteR1, [this] { cmdSetControl_Click(); }},
                      {&Store::PendingWriteR0, [this] { cmdSetCommand_Click(); }},
@@ -70,7 +76,7 @@ ConverterPanel::ConverterPanel(Program& owner, const ConverterModel& converter_m
                                  [this](int i) {
                                    return Design{.Container = i < proximity_bytes ? &Frame9 : &Frame10};
                                  })),
-      OptMode(*this, "OptMode", {{2, Design{.Caption = "Test Comm", .Container = &frmMode}}}),
+      OptMode(*this, "OptMode", options(converter_.modes, frmMode)),
       cmdSetCommand(*this, "cmdSetCommand", {.Caption = converter_.command_caption, .Container = &Frame2}),
       cmdSetControl(*this, "cmdSetControl", {.Caption = converter_.control_caption, .Container = &Frame2}) {
   on(Label13, Event::DblClick, &ConverterPanel::Label13_DblClick);

@@ -13,7 +13,8 @@ namespace varzelin {
 
 class ConverterPanel : public RegisterPanel {
  public:
-  ConverterPanel(Program& owner, const ConverterModel& converter_model);
+  // The frame, which may still be to be constructed, is that of the model's framed lamps.
+  ConverterPanel(Program& owner, const ConverterModel& converter_model, Frame* lamp_frame = nullptr);
 
   // --- registers ---
   virtual void cmdSetCommand_Click() { write_register(0); }
@@ -88,6 +89,7 @@ class ConverterPanel : public RegisterPanel {
   bool without_measurement() const;
 
   // --- the loops ---
+  void end_heartbeat() override {}
   std::int32_t pace_of_text() const override;
   bool sampling_allowed() override;
   // Of the panel, before a timed run; and behind each of its pairs.
@@ -111,7 +113,6 @@ class ConverterPanel : public RegisterPanel {
 
   // A reply's bytes as a count, in the present mode.
   virtual SignedCount decode(int low, int high) = 0;
-  SignedCount decoded_reply() { return decode(reply(1), reply(2)); }
   // Whether readings have a sign.
   bool signed_readings() const { return store.ProxMode != 0 && store.ProxScheme == 1; }
   // R1 was written in the loop.
@@ -120,7 +121,8 @@ class ConverterPanel : public RegisterPanel {
   virtual void show_interval(bool used) = 0;
 
   Measurement plain_measurement();
-  Measurement pair_measurement();
+  // Out of range it is the reading before.
+  Measurement pair_measurement(std::int32_t reading_before);
   // What the difference of a pair brings.
   virtual Measurement pair_result(std::int32_t difference);
   std::int32_t reading_of(std::int32_t count) const;
@@ -136,6 +138,8 @@ class ConverterPanel : public RegisterPanel {
   Bytes last_result_;                 // of whatever was measured last
   // False when a transfer failed and the family's rule is to stop then.
   bool convert(int command, Bytes& result);
+  bool write_between_yields(int command);
+  bool fetch_converted(Bytes& result);
   // What every conversion of a pair has of the command register.
   int pair_command() const;
   void take_sample_delay();
@@ -150,7 +154,7 @@ class ConverterPanel : public RegisterPanel {
   struct Trip;
 
   void set_up_collection();
-  void send_sync(int step);
+  bool syncs(int step) const;  // under external timing, the step's box is ticked
   void measure_pair();
   void show_pair(const Bytes& proximity, const Bytes& infrared);
   void show_over_range(int lamp_number, std::int32_t count);

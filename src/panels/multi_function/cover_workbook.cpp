@@ -99,6 +99,7 @@ void CoverWorkbook::cmdALS_IR_Click() {
     ~EnabledAgain() { button.Enabled = true; }
     CommandButton& button;
   } const behind{cmdALS_IR};
+  DoEvents();  // before the box, which a loop may fail over again and again
   panel.take_sample_delay();
   const int base = panel.pair_command();
   panel.connect_by_rule();

@@ -14,7 +14,11 @@ constexpr int result_reply = 5;
 }  // namespace
 
 SignedCount MultiFunctionPanel::decode(int low, int high) {
-  if (store.ProxMode == 0 || store.ProxScheme == 0) return plain_count(low, high);
+  return store.ProxMode != 0 && store.ProxScheme != 0 ? decode_proximity(low, high) : plain_count(low, high);
+}
+
+// Also of readings without a sign: twelve bits lose what they have no meaning for.
+SignedCount MultiFunctionPanel::decode_proximity(int low, int high) {
   if (store.AdcBits == 16) {
     store.SignMask = 0x7FFF;
     store.SignBit = sign_bit_16;
@@ -23,7 +27,8 @@ SignedCount MultiFunctionPanel::decode(int low, int high) {
     store.SignMask = 0x07FF;
     store.SignBit = sign_bit_12;
   }
-  return twos_complement(low, high, store.SignBit, store.SignMask);
+  if (store.ProxScheme == 1) return twos_complement(low, high, store.SignBit, store.SignMask);
+  return plain_count(low, meant_of_high(high, store.SignBit));
 }
 
 void MultiFunctionPanel::Trig_KVT7134X() {
@@ -62,7 +67,8 @@ void MultiFunctionPanel::sampling_pass_ends() {
 void MultiFunctionPanel::Record_Triggered_Light_Count() {
   connect_by_rule();
   read_registers(map::result_register, result_reply);
-  const SignedCount count = decoded_reply();
+  const SignedCount count =
+      store.ProxMode != 0 ? decode_proximity(reply(1), reply(2)) : plain_count(reply(1), reply(2));
   store.ReadingSign = static_cast<std::int16_t>(count.sign);
   if (store.ReadAdc != 0 || store.ReadTimeBase != 0) store_sample(count);
   disconnect_by_rule();
@@ -109,7 +115,7 @@ Measurement MultiFunctionPanel::measure() {
   const bool covered = store.CoverMode != 0 && cover;
   if (!covered && store.ProxIRMode == 0) result = plain_measurement();
   if (covered) result = cover_measurement();
-  if (store.ProxIRMode != 0) result = pair_measurement();
+  if (store.ProxIRMode != 0) result = pair_measurement(result.reading);
   return result;
 }
 

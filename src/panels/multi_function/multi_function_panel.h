@@ -77,6 +77,7 @@ class MultiFunctionPanel final : public ConverterPanel {
   void end_pass() override;
   void Trig_KVT7134X() override;
   SignedCount decode(int low, int high) override;
+  SignedCount decode_proximity(int low, int high);
   void show_interval(bool used) override { txtInterval.Visible = used; }
   void scale_by_range() override;
   void redraw_chart() override;

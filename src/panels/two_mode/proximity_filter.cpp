@@ -103,12 +103,14 @@ ProximitySample take(ProximityFilterState& state, const ProximityPair& pair, dou
 LampChanges threshold_lamps(double reading, double on_threshold, double off_threshold) {
   using namespace filter_lamp;
   LampChanges lamps;
+  const auto only = [&lamps](int beats, int one, int other) {
+    for (const int dark : {one, other}) lamps.push_back({dark, off});
+    lamps.push_back({beats, alternate});
+  };
   // With the thresholds the wrong way round a reading can be above the one and below the other.
-  if (reading > on_threshold) lamps.insert(lamps.end(), {{below, off}, {between, off}, {above, alternate}});
-  if (reading < off_threshold) lamps.insert(lamps.end(), {{between, off}, {above, off}, {below, alternate}});
-  if (reading > off_threshold && reading < on_threshold) {
-    lamps.insert(lamps.end(), {{below, off}, {above, off}, {between, alternate}});
-  }
+  if (reading > on_threshold) only(above, below, between);
+  if (reading < off_threshold) only(below, between, above);
+  if (reading > off_threshold && reading < on_threshold) only(between, below, above);
   return lamps;
 }
 

@@ -22,7 +22,7 @@ constexpr int sync_lamp = 12;
 // --- at the left ---
 
 QLayout* status_row(Arranger& place) {
-  QBoxLayout* line = row({{option_frame(place, "frmMode", "OptMode"), 1}});
+  QBoxLayout* line = row({{option_frame(place, "frmMode", "OptMode", 3), 1}});
   if (place.has("frmProxOffset")) {
     auto* offset = place.as<QLabel>("lblOffset");
     offset->setAccessibleName("Offset");
@@ -46,7 +46,7 @@ QGroupBox* converter_frame(Arranger& place) {
 
 QGroupBox* emitter_frame(Arranger& place) {
   return place.frame("Frame1", column({option_frame(place, "Frame6", "OptPSrc", 4),
-                                       row({{option_frame(place, "Frame7", "OptMFreq"), 1},
+                                       row({{option_frame(place, "Frame7", "OptMFreq", 2), 1},
                                             place.keep_room(option_frame(place, "Frame8", "OptIRMode"))})}));
 }
 
@@ -163,9 +163,10 @@ QLayout* last_reading(Arranger& place) {
 
 void add_timing_page(Arranger& place, QTabWidget& tabs) {
   QGroupBox* timing = timing_frame(place);
+  QGroupBox* time_base = option_frame(place, "frmTimeBase", "OptTimeBase");
+  if (place.elements_of("OptTimeBase").empty()) place.without_room(time_base);
   add_page_of(*timing, tabs, "Timing",
-              column({row({timing, option_frame(place, "Frame4", "OptMeasMode"),
-                           option_frame(place, "frmTimeBase", "OptTimeBase"), Part::room()}),
+              column({row({timing, option_frame(place, "Frame4", "OptMeasMode"), time_base, Part::room()}),
                       Part::room()}));
 }
 

@@ -24,6 +24,7 @@ constexpr std::array entries{
     Entry{"ALS_Batch", arrange_batch_panel},       Entry{"frmKVT71385", arrange_multi_function},
     Entry{"frmKVT71388", arrange_multi_function},  Entry{"frmKVT71390", arrange_multi_function},
     Entry{"frmKVT71392", arrange_multi_function},  Entry{"frm71385INTR", arrange_interrupt_test},
+    Entry{"frmKVT71374", arrange_two_mode},        Entry{"frmKVT71376", arrange_two_mode},
 };
 
 }  // namespace

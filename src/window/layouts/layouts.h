@@ -27,6 +27,7 @@ QLayout* arrange_kvt71338(Arranger& place);
 QLayout* arrange_kvt71346(Arranger& place);
 QLayout* arrange_eight_registers(Arranger& place);
 QLayout* arrange_multi_function(Arranger& place);
+QLayout* arrange_two_mode(Arranger& place);
 QLayout* arrange_script_panel(Arranger& place);
 QLayout* arrange_batch_panel(Arranger& place);
 

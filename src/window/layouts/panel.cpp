@@ -29,11 +29,13 @@ QGroupBox* sampling_group(Arranger& place) {
       place.field("lblInterval", place.keep_room(place.digits(pace_digits, place("txtInterval"))))};
   if (place.has("txtSampling_Delay"))
     pace.push_back(place.field("Label9", 0, place.digits(pace_digits, place("txtSampling_Delay"))));
+  QWidget* start = place.lines(2, "cmdSample");
+  QWidget* stop = place.lines(2, "cmdEndSampling");
+  // Some panels have both on screen all the time.
+  QLayout* timed = stop->isHidden() ? place.in_turn(start, stop) : row({{start, 1}, {stop, 1}});
   return place.group(
       "Sampling",
-      column({place.fields(pace),
-              place.in_turn(place.lines(2, "cmdSample"), place.lines(2, "cmdEndSampling")),
-              place.lines(3, "cmdCollectData"),
+      column({place.fields(pace), timed, place.lines(3, "cmdCollectData"),
               row({{place.keep_room(place("cmdStopData")), 1}, place.keep_room(place("cmdAbort"))})}));
 }
 
