@@ -54,15 +54,26 @@ TEST_F(Pictures, Kvt71374InItsFilter) {
   turn_layout();
   click("OptITime(1)");
   click("OptMeasure(9)");
-  scale_to("4000");
+  pages().setCurrentIndex(page("Proximity Filter"));
+  scale_to("1000");
   save_running("kvt71374-full", [this](double wave) { board.scene().distance_mm = 40 + 60 * wave; });
 }
 
-TEST_F(Pictures, Kvt71374InLight) {
-  open(kvt71374);
-  click("OptITime(1)");
-  click("OptMeasure(5)");
-  save_running("kvt71374", [this](double wave) { board.scene().light_lux = 1000 * wave; });
+// Up to its wait for the target to leave.
+TEST_F(Pictures, TheInterruptTest) {
+  open(kvt71385);
+  form = "frm71385INTR";
+  program.forms.touch(form).Show();
+  turn();
+  type("txtIHigh", "1600");
+  board.scene().distance_mm = 12;
+  bool saved = false;
+  run("cmdRunCase1", [&] {
+    if (saved || widget<QLabel>("lblMessage").text() != "Waiting for Interrupt Low") return;
+    saved = true;
+    save("interrupt-test");
+    widget<QAbstractButton>("cmdAbort1").click();
+  });
 }
 
 }  // namespace
