@@ -223,6 +223,7 @@ TEST_P(Cover, ACollectionTakesTheResult) {
   put_on();
   light_and_infrared(1000, 250);
   store.RawReading = 77;  // which nothing of this writes
+  store.LuxMode = true_flag;
   const auto look = [&] {
     EXPECT_EQ(store.Sample_Value[3], 34160);
     EXPECT_EQ(store.Reading, 34160);
@@ -244,6 +245,18 @@ TEST_P(Cover, ACollectionHasThePaceOfTheIntervalAndMeasuresPastTheImage) {
   panel->txtSampling_Delay.Text = "9";
   EXPECT_EQ(traffic_behind([] {}, 2, [&] { EXPECT_EQ(panel->txtTime1.Text, std::to_string(47 + 2 * 9)); }),
             "r0=20 read2 r0=40 read2 r0=20 read2 r0=40 read2");
+}
+
+// Before it fails over the box it yields: a loop that fails over it pass by pass can be stopped.
+TEST_P(Cover, AnUnreadableDelayIsReportedBehindAYield) {
+  panel->txtSampling_Delay.Text = "40000";
+  int yields = 0;
+  user.at_yield = [&] { ++yields; };
+  click(cover().cmdALS_IR);
+  user.at_yield = nullptr;
+  EXPECT_EQ(user.errors, std::vector<int>{forms::overflow});
+  EXPECT_GE(yields, 1);
+  EXPECT_EQ(traffic(), "");
 }
 
 TEST_P(Cover, AnUnreadableDelayLeavesTheLastResult) {

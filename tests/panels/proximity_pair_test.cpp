@@ -29,6 +29,7 @@ struct EachProximityPair : MultiFunctionLoop, ::testing::WithParamInterface<std:
 TEST_P(EachProximityPair, ConvertsProximityThenInfrared) {
   const int write_address = GetParam() == "frmKVT71390" ? 0x88 : 0x89;
   pair(500, 100);
+  store.I2C_RdCnt = 4;
   click(panel->cmdProx_IR);
   EXPECT_EQ(sent_on(boards::pipe_i2c_out),
             (std::vector<std::vector<int>>{
@@ -204,6 +205,18 @@ TEST_F(ProximityPair, OutOfRangeTheOldReadingIsSampled) {
   EXPECT_EQ(store.TripReading, 78);
   EXPECT_EQ(panel->txtADCRaw.Text, "400");
   EXPECT_EQ(store.Sample_Value2[0], 400);
+}
+
+// Before it fails over the box it yields: a loop that fails over it pass by pass can be stopped.
+TEST_F(ProximityPair, AnUnreadableDelayIsReportedBehindAYield) {
+  panel->txtSampling_Delay.Text = "40000";
+  int yields = 0;
+  user.at_yield = [&] { ++yields; };
+  click(panel->cmdProx_IR);
+  user.at_yield = nullptr;
+  EXPECT_EQ(user.errors, std::vector<int>{forms::overflow});
+  EXPECT_GE(yields, 1);
+  EXPECT_EQ(traffic(), "");
 }
 
 // The last difference that could be measured stands.

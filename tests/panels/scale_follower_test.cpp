@@ -129,6 +129,24 @@ TEST_F(ScaleFollower, TheReadingIsKeptThoughTheScaleFails) {
   EXPECT_TRUE(user.errors.empty());
 }
 
+// It is the search's own stop that the collection hears.
+TEST_F(ScaleFollower, AStopDuringTheSearchIsLost) {
+  results(5000);
+  bool stopped = false;
+  const std::int32_t first = store.Collections + 1;
+  collections([&] {
+    if (store.Collections == first && store.Sample_Count == 6 && panel->txtScale.Text == "5750" && !stopped) {
+      stopped = true;
+      program.runtime.post(clicking(panel->cmdStopData));
+    }
+    return store.Collections > first && store.Sample_Count == 5;
+  });
+  EXPECT_TRUE(stopped);
+  EXPECT_EQ(store.Collections, first + 1);
+  EXPECT_EQ(store.Sample_Count, 5);
+  expect_ended();
+}
+
 TEST_F(ScaleFollower, TheRestartIsTheSameLoopInTheSameSession) {
   results(5000);
   EXPECT_EQ(collections(), 2);
