@@ -40,6 +40,14 @@ void ConverterPanel::take_operation(int position) {
   store.ProxIRMode = flag(operation.pair);
 }
 
+void ConverterPanel::show_reading_words(const char* graph, const char* reading, const char* left,
+                                        const char* right) {
+  OptGraph(0).Caption = graph;
+  Label16.Caption = reading;
+  store.GraphUnit1 = left;
+  store.GraphUnit2 = right;
+}
+
 void ConverterPanel::show_delay_words() {
   Label9(0).Caption = store.OneShotMode != 0 ? "Delay Command to Sample" : "Delay Between Samples";
 }

@@ -121,6 +121,19 @@ void ConverterPanel::load_model() {
   store.IrdrIndex = 0;
 }
 
+void ConverterPanel::set_sensor_at_load(int width) {
+  constexpr int current_50_mA = 1;
+  constexpr int modulated = 3;
+  OptITime(width).select_quietly();
+  OptITime_Click(width);
+  OptPSrc(current_50_mA).Value = true;
+  OptMFreq(modulated).Value = true;
+  cmdSetCommand_Click();
+  cmdSetControl_Click();
+  store.LayoutCompact = false_flag;
+  Label13_DblClick();
+}
+
 void ConverterPanel::load_register_image() {
   constexpr std::array<std::uint8_t, 4> image_at_load{0x00, 0x00, 0xFF, 0x00};
   std::ranges::copy(image_at_load, store.RegImage.begin());

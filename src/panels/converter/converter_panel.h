@@ -78,7 +78,12 @@ class ConverterPanel : public RegisterPanel {
   virtual void redraw_chart() = 0;
   virtual void show_layout(bool full) = 0;
 
+  // What the chart and the reading show, and the headings of the chart's scales.
+  void show_reading_words(const char* graph, const char* reading, const char* left, const char* right);
+
   // --- registers ---
+  // The end of the load: the sensor gets this width and the emitter its setting, the layout is the short one.
+  void set_sensor_at_load(int width);
   void load_register_image() override;
   void load_model() override;
   // Fetches so many registers; the reply may be longer than they are.

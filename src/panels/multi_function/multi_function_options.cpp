@@ -74,25 +74,19 @@ void MultiFunctionPanel::OptMeasure_Click(int Index) {
 }
 
 void MultiFunctionPanel::show_reading_kind(const Operation& operation) {
-  const auto show = [this](const char* graph, const char* reading, const char* left, const char* right) {
-    OptGraph(0).Caption = graph;
-    Label16.Caption = reading;
-    store.GraphUnit1 = left;
-    store.GraphUnit2 = right;
-  };
   if (operation.code == map::power_down) return;
   if (operation.pair) {
-    show("Prox-IR", "Prox-IR", "Prox-IR", "Prox-IR");
+    show_reading_words("Prox-IR", "Prox-IR", "Prox-IR", "Prox-IR");
     return;
   }
   Label36.Visible = operation.lux;
   txtADCRaw.Visible = operation.lux;
   if (operation.lux) {
-    show("Lux Count", "Lux Reading", "Lux", "AD Cnt");
+    show_reading_words("Lux Count", "Lux Reading", "Lux", "AD Cnt");
   } else if (operation.proximity) {
-    show("ADC Count", "ADC Reading", "Prox-IR Cnt", "Prox-IR Cnt");
+    show_reading_words("ADC Count", "ADC Reading", "Prox-IR Cnt", "Prox-IR Cnt");
   } else {
-    show("ADC Count", "ADC Reading", "IR Cnt", "IR Cnt");
+    show_reading_words("ADC Count", "ADC Reading", "IR Cnt", "IR Cnt");
   }
 }
 

@@ -86,16 +86,7 @@ void MultiFunctionPanel::load_model() {
 
 void MultiFunctionPanel::finish_load() {
   constexpr int width_12_bits = 1;
-  constexpr int current_50_mA = 1;
-  constexpr int modulated = 3;
-  OptITime(width_12_bits).select_quietly();
-  OptITime_Click(width_12_bits);
-  OptPSrc(current_50_mA).Value = true;
-  OptMFreq(modulated).Value = true;
-  cmdSetCommand_Click();
-  cmdSetControl_Click();
-  store.LayoutCompact = false_flag;
-  Label13_DblClick();
+  set_sensor_at_load(width_12_bits);
   limits.txtIHigh.Text = "1500";
   limits.txtILow.Text = "100";
   limits.cmdWrtILimits_Click();

@@ -47,22 +47,16 @@ void TwoModePanel::OptMeasure_Click(int Index) {
 }
 
 void TwoModePanel::show_reading_kind(const Operation& operation) {
-  const auto show = [this](const char* graph, const char* reading, const char* left, const char* right) {
-    OptGraph(0).Caption = graph;
-    Label16.Caption = reading;
-    store.GraphUnit1 = left;
-    store.GraphUnit2 = right;
-  };
   Label36.Visible = operation.lux;
   txtADCRaw.Visible = operation.lux;
   if (operation.lux) {
-    show("Lux Count", "Lux Reading", "Lux", "AD Cnt");
+    show_reading_words("Lux Count", "Lux Reading", "Lux", "AD Cnt");
   } else if (operation.filtered) {
-    show("Prox-IR-ADJ", "Prox-IR-ADJ", "Prox-IR", "Prox-IR");
+    show_reading_words("Prox-IR-ADJ", "Prox-IR-ADJ", "Prox-IR", "Prox-IR");
   } else if (operation.pair) {
-    show("Prox-IR", "Prox-IR", "Prox-IR", "Prox-IR");
+    show_reading_words("Prox-IR", "Prox-IR", "Prox-IR", "Prox-IR");
   } else {
-    show("ADC Count", "ADC Reading", "AD Cnt", "AD Cnt");
+    show_reading_words("ADC Count", "ADC Reading", "AD Cnt", "AD Cnt");
   }
 }
 

@@ -52,16 +52,7 @@ void TwoModePanel::load_model() {
 
 void TwoModePanel::finish_load() {
   constexpr int width_16_bits = 0;
-  constexpr int current_50_mA = 1;
-  constexpr int modulated = 3;
-  OptITime(width_16_bits).select_quietly();
-  OptITime_Click(width_16_bits);
-  OptPSrc(current_50_mA).Value = true;
-  OptMFreq(modulated).Value = true;
-  cmdSetCommand_Click();
-  cmdSetControl_Click();
-  store.LayoutCompact = false_flag;
-  Label13_DblClick();
+  set_sensor_at_load(width_16_bits);
 }
 
 // --- registers ---
