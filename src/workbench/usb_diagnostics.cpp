@@ -19,6 +19,13 @@ std::string decimal(std::size_t number) {
   return std::to_string(number);
 }
 
+// Whether a call of the driver went well: no error stands in the log behind it then.
+bool succeeded(Program& program, boards::Status status) {
+  if (status != boards::success) return false;
+  program.store.Log_Error = false_flag;
+  return true;
+}
+
 // "error &H... (text)"
 std::string error_words(Program& program, boards::Status status) {
   return "error " + hex(status) + " (" + Stat_Text(program, status) + ")";
@@ -73,7 +80,7 @@ void change_alternate_setting(Program& program) {
       program.driver.WDU_SetInterface(program.store.Dev_Handle, interface, alternate);
   const std::string start = "WDU_SetInterface() for interface " + std::to_string(interface) +
                             " alternate setting " + std::to_string(alternate);
-  if (status == boards::success) {
+  if (succeeded(program, status)) {
     Log_Info(program, start + " completed successfully.");
   } else {
     Log_Err(program, start + " failed:\r\n" + error_words(program, status));
@@ -95,7 +102,7 @@ void reset_pipe(Program& program) {
   std::int32_t pipe = 0;
   if (!ask_pipe(program, "Select Pipe to Reset", "DiagMenu - Reset Pipe", pipe)) return;
   const boards::Status status = program.driver.WDU_ResetPipe(program.store.Dev_Handle, pipe);
-  if (status == boards::success) {
+  if (succeeded(program, status)) {
     Log_Info(program,
              "DiagMenu - Reset Pipe: WDU_ResetPipe() for pipe " + hex(pipe) + " completed successfully.");
   } else {
@@ -107,7 +114,7 @@ void reset_pipe(Program& program) {
 void read_write_pipe(Program& program) {
   boards::DeviceInfo info;
   const boards::Status status = program.driver.WDU_GetDeviceInfo(program.store.Dev_Handle, info);
-  if (status != boards::success) {
+  if (!succeeded(program, status)) {
     Log_Err(program, "ReadWritePipesMenu: WDU_GetDeviceInfo() failed:\r\n" + error_words(program, status));
     return;
   }
@@ -143,7 +150,7 @@ void Print_Endpoints(Program& program, const boards::AlternateSetting& setting) 
 void Print_Device_Configurations(Program& program, boards::Handle device) {
   boards::DeviceInfo info;
   const boards::Status status = program.driver.WDU_GetDeviceInfo(device, info);
-  if (status != boards::success) {
+  if (!succeeded(program, status)) {
     Log_Err(program, "PrintDeviceConfigurations: WDU_GetDeviceInfo failed: " + error_words(program, status));
     Log_Msg(program, "PrintDeviceConfigurations() failed");
     return;

@@ -236,6 +236,27 @@ TEST_F(Diagnostics, GivingUpAPipeToReadIsLogged) {
   EXPECT_EQ(log(), (Texts{"Read/Write Pipes: No valid pipe number entered.", "Read/Write Pipes failed"}));
 }
 
+// --- the error that stands in the log ---
+
+TEST_F(Diagnostics, ACallThatSucceedsLeavesNoErrorStanding) {
+  struct Step {
+    Diagnostic choice;
+    Texts replies;
+  };
+  for (const Step& step :
+       {Step{Diagnostic::PrintConfigurations, {"1"}}, Step{Diagnostic::ChangeAlternateSetting, {"0", "0"}},
+        Step{Diagnostic::ResetPipe, {"82"}}, Step{Diagnostic::ReadWritePipe, {"82"}}}) {
+    driver.fails["WDU_ResetPipe"] = 0xB;
+    choose(Diagnostic::ResetPipe, {"f"});
+    driver.fails.clear();
+    EXPECT_EQ(program.store.Log_Error, true_flag);
+    choose(step.choice, step.replies);
+    EXPECT_EQ(program.store.Log_Error, false_flag) << static_cast<int>(step.choice);
+    Log_Msg(program, "");
+    EXPECT_EQ(log_lamp(), light_green);
+  }
+}
+
 // --- the menu ---
 
 using DiagnosticsMenu = WorkbenchTest;
