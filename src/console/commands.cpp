@@ -22,7 +22,7 @@ void start(Console& console, Arguments& arguments) {
   const std::string name = arguments.text("COMMAND");
   const auto* acting = std::get_if<Acting>(&find_command(name));
   if (!acting) throw Refused{"not a command to start: " + name};
-  console.start((*acting)(console.context(), arguments));
+  console.start(*acting, arguments);
 }
 
 void wait(Console& console, Arguments& arguments) {

@@ -168,7 +168,7 @@ void Console::execute(const std::string& line) {
                             look(context_, arguments, value);
                             value.empty() ? answer(done) : value.end_line();
                           },
-                          [&](Acting act) { run_handler(act(context_, arguments), true); },
+                          [&](Acting acting) { act(acting, arguments, true); },
                           [&](Steering steer) { steer(*this, arguments); }},
                command);
   } catch (const Refused& refused) {
@@ -176,8 +176,8 @@ void Console::execute(const std::string& line) {
   }
 }
 
-void Console::start(const Action& action) {
-  run_handler(action, false);
+void Console::start(Acting command, Arguments& arguments) {
+  act(command, arguments, false);
 }
 
 void Console::wait(Duration time) {
@@ -207,8 +207,21 @@ void Console::end_of_lines() {
 
 // --- Handlers
 
-void Console::run_handler(const Action& action, bool awaited) {
+// Where no handler may begin, the command waits as any other event does. By then it may have lost what it
+// acts on, as a user's click that comes too late.
+void Console::act(Acting command, Arguments& arguments, bool awaited) {
+  Arguments again = arguments;
+  const Action action = command(context_, arguments);
   const std::uint64_t number = ++handlers_begun_;
+  const bool at_once = program_.runtime.has_room();
+  const auto later = [this, command, again, number]() mutable {
+    try {
+      run_handler(number, command(context_, again));
+    } catch (const Refused&) {
+      handler_returned(number);
+    }
+  };
+  if (!at_once && !program_.runtime.post(later)) throw Refused{"too many events wait"};
   if (awaited) {
     awaited_ = number;
     enter(State::Handler, from_now(longest_handler));
@@ -216,7 +229,15 @@ void Console::run_handler(const Action& action, bool awaited) {
     ++started_;
     answer(done);
   }
+  if (at_once) run_handler(number, action);
+}
+
+void Console::run_handler(std::uint64_t number, const Action& action) {
   program_.runtime.dispatch(action);
+  handler_returned(number);
+}
+
+void Console::handler_returned(std::uint64_t number) {
   if (awaited_ == number && clock_.now() < attention_) {
     awaited_ = 0;
     return answer_and_read(done);

@@ -36,7 +36,8 @@ class Console final : public forms::FrontEnd {
 
   // --- for the commands; each answers the line, at once or when its time has come ---
   Context& context() { return context_; }
-  void start(const Action& action);
+  // Begins what the command acts, without waiting for its return.
+  void start(Acting command, Arguments& arguments);
   void wait(forms::Clock::Duration time);
   void finish(forms::Clock::Duration at_most);
   void let_yields_pass(int count);
@@ -75,7 +76,9 @@ class Console final : public forms::FrontEnd {
   // Answers the command in hand; the next line may come.
   void answer_and_read(std::string_view line);
   [[noreturn]] void end_of_lines();
-  void run_handler(const Action& action, bool awaited);
+  void act(Acting command, Arguments& arguments, bool awaited);
+  void run_handler(std::uint64_t number, const Action& action);
+  void handler_returned(std::uint64_t number);
   void handler_late();
 
   forms::Clock& clock_;

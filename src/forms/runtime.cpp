@@ -32,8 +32,15 @@ void Runtime::DoEvents() {
   service();
 }
 
+bool Runtime::post(std::function<void()> event) {
+  if (queue_.size() == most_events) return false;
+  queue_.push_back(std::move(event));
+  return true;
+}
+
 void Runtime::service() {
   if (poll) dispatch(poll);
+  if (!has_room()) return;
   if (!timers_.empty()) {
     const auto now = clock_.now();
     if (now >= next_due_) fire_due_timers(now);

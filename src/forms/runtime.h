@@ -80,6 +80,11 @@ class FrontEnd {
 
 class Runtime {
  public:
+  // Handlers in each other's yields; more would come to the end of the stack.
+  static constexpr int most_handlers = 64;
+  // Events that wait. No user gets there, but with a program that doesn't yield.
+  static constexpr std::size_t most_events = 10'000;
+
   Runtime(Clock& clock, FrontEnd& front_end);
   ~Runtime();
   Runtime(const Runtime&) = delete;
@@ -110,7 +115,8 @@ class Runtime {
 
   // --- for front ends and the program ---
 
-  void post(std::function<void()> event) { queue_.push_back(std::move(event)); }
+  // False, and the event is gone, when as many wait as may.
+  bool post(std::function<void()> event);
   // Runs an event's handler with the default error report around it. EndProgram passes through.
   template <class Handler>
   void dispatch(Handler&& handler) {
@@ -122,6 +128,8 @@ class Runtime {
     }
   }
   int handlers_on_stack() const { return handlers_on_stack_; }
+  // Whether one more handler may begin. Where none may, events and timers wait until one has returned.
+  bool has_room() const { return handlers_on_stack_ < most_handlers; }
 
   // The main loop: returns when the program has ended. Without a loaded form it ends by itself.
   void run(FormSet& forms);

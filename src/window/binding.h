@@ -41,9 +41,10 @@ class Binding : public QObject {
   // Where a control that isn't usable may be acted on: losing the focus is what hiding leads to.
   enum class When { Usable, Always };
   // Runs `action` in the message loop, unless the control is gone or not usable by then.
+  // False: too many events wait.
   template <class Action>
-  void notify(Action action, When when = When::Usable) {
-    control_.form().runtime().post(
+  bool notify(Action action, When when = When::Usable) {
+    return control_.form().runtime().post(
         [this, alive = std::weak_ptr<int>(alive_), action = std::move(action), when]() mutable {
           if (!alive.expired() && (when == When::Always || usable(control_))) action();
         });
@@ -53,13 +54,16 @@ class Binding : public QObject {
   template <class Action>
   void post(Action action) {
     ++ahead_;
-    notify(
+    const bool waits = notify(
         [this, action = std::move(action)]() mutable {
           --ahead_;
           control_.touched();
           if (usable(control_)) action();
         },
         When::Always);
+    if (waits) return;
+    --ahead_;
+    control_.touched();
   }
   bool ahead() const { return ahead_ > 0; }
   std::weak_ptr<int> alive() const { return alive_; }

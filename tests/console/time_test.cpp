@@ -38,6 +38,48 @@ TEST_F(ConsoleTime, AStartedHandlerServesOneLineAYield) {
                    "ok \"Load Activate Loop LoopEnd\""}));
 }
 
+Lines repeated(int times, const std::string& line) {
+  return Lines(static_cast<std::size_t>(times), line);
+}
+std::size_t times_in(const std::string& text, const std::string& word) {
+  std::size_t times = 0;
+  for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; ++at) ++times;
+  return times;
+}
+
+// Of the handlers that end by themselves those that find no room begin when others have ended.
+TEST_F(ConsoleTime, AStartThatFindsNoRoomOnTheStackWaitsForIt) {
+  Lines lines = repeated(66, "start click frmBench.cmdLong");
+  lines.insert(lines.begin(), "set frmBench.lblLog.Caption \"\"");
+  lines.insert(lines.end(), {"finish 1e9", get_log});
+  const Lines written = run(lines);
+  ASSERT_EQ(written.size(), lines.size());
+  EXPECT_EQ(written[66], "ok");
+  EXPECT_EQ(written[67], "ok");
+  EXPECT_EQ(times_in(written.back(), "LongEnd"), 66u);
+}
+
+TEST_F(ConsoleTime, ALineThatFindsNoRoomIsRefusedAtOnceOrAnsweredInTheEnd) {
+  Lines lines = repeated(64, "start click frmBench.cmdOther");
+  lines.insert(lines.end(), {"click frmBench.cmdNone", "click frmBench.cmdStop", "clock", "quit"});
+  const Lines written = run(lines);
+  ASSERT_EQ(written.size(), lines.size());
+  EXPECT_EQ(written[64], "error no such control: frmBench.cmdNone");
+  EXPECT_EQ(written[65], "error still running");
+  EXPECT_EQ(written[66].substr(0, 5), "ok 60");
+  EXPECT_EQ(written[67], "ok");
+}
+
+TEST_F(ConsoleTime, WhatWaitedForRoomAndIsGoneByThenDoesNothing) {
+  Lines lines = repeated(64, "start click frmBench.cmdLong");
+  lines.insert(lines.end(), {"start click frmBench.cmdCount", "start set frmBench.Visible false",
+                             "start click frmBench.cmdCount", "finish 1e9", get_log});
+  const Lines written = run(lines);
+  ASSERT_EQ(written.size(), lines.size());
+  EXPECT_EQ(written[written.size() - 2], "ok");
+  EXPECT_EQ(times_in(written.back(), "Count"), 1u);
+}
+
 TEST_F(ConsoleTime, WaitInsideAHandlerReadsNoLine) {
   EXPECT_EQ(run({"start click frmBench.cmdLoop", "wait 2", get_passes, "clock", "click frmBench.cmdStop",
                  "finish"}),

@@ -114,6 +114,54 @@ TEST_F(FormsRuntime, EndingUnwindsNestedHandlersAndDoEvents) {
   EXPECT_EQ(runtime.handlers_on_stack(), 0);
 }
 
+// Handlers in each other's yields, as many as may be on the stack; then one more event comes, and a timer is
+// due.
+TEST_F(FormsRuntime, BeyondTheDeepestNestingEventsAndTimersWait) {
+  int deepest = 0;
+  std::function<void()> nest = [&] {
+    deepest = std::max(deepest, runtime.handlers_on_stack());
+    runtime.post(nest);
+    if (deepest < forms::Runtime::most_handlers) return runtime.DoEvents();
+    EXPECT_FALSE(runtime.has_room());
+    works->fast.Enabled = true;
+    pass(10);
+    runtime.DoEvents();
+    EXPECT_EQ(notes, Notes{});
+    nest = [&] { notes.emplace_back("last"); };
+  };
+  runtime.post([&] { nest(); });
+  runtime.service();
+  EXPECT_EQ(deepest, 64);
+  EXPECT_EQ(notes, Notes{"last"});
+  runtime.service();
+  EXPECT_EQ(notes, (Notes{"last", "fast.Timer"}));
+  EXPECT_EQ(runtime.handlers_on_stack(), 0);
+}
+
+TEST_F(FormsRuntime, NotificationsComeAtAnyDepth) {
+  int polls = 0;
+  std::function<void()> nest = [&] {
+    runtime.post([&] { nest(); });
+    if (runtime.has_room()) return runtime.DoEvents();
+    polls = 0;
+    runtime.DoEvents(5);
+    EXPECT_EQ(polls, 5);
+    nest = [] {};
+  };
+  runtime.poll = [&] { ++polls; };
+  runtime.post([&] { nest(); });
+  runtime.service();
+}
+
+TEST_F(FormsRuntime, TheQueueHoldsSoManyEventsAndRefusesMore) {
+  std::size_t ran = 0;
+  for (std::size_t i = 0; i < forms::Runtime::most_events; ++i) EXPECT_TRUE(runtime.post([&] { ++ran; }));
+  EXPECT_FALSE(runtime.post([&] { ++ran; }));
+  runtime.service();
+  EXPECT_EQ(ran, 10'000u);
+  EXPECT_TRUE(runtime.post([] {}));
+}
+
 // Not a promise of the runtime but of the front end that tests have.
 TEST_F(FormsRuntime, ALoopWithoutEndFailsItsTestByTheBudgetOfYields) {
   user.yields_left = 3;
