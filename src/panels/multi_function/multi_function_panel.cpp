@@ -14,7 +14,6 @@ constexpr int registers_of_the_sensor = 9;
 constexpr int highest_image = 3;  // the limits and the test register have none
 
 // Elements of ShpIndrd behind those of the registers.
-constexpr int pin_lamp = 9;
 constexpr int cycle_lamp = 10;
 // Elements of ShpInd.
 constexpr int command_read_lamp = 4;
