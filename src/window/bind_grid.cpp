@@ -10,6 +10,7 @@
 
 #include "forms/grid.h"
 #include "window/binding.h"
+#include "window/choosing.h"
 #include "window/look.h"
 
 namespace window {
@@ -39,18 +40,21 @@ class CellColours final : public QStyledItemDelegate {
   }
 };
 
-// A table on which only a click on a cell or a key that moves to another row selects: a row may run when
-// it is selected, so the focus alone, which makes a table take its first row, must not.
+// A table whose cursor goes through the rows by the keys; a click, Enter or Space chooses one. A row may run
+// when it is chosen, so the cursor and the focus alone must not.
 class Table final : public QTableWidget {
  public:
   using QTableWidget::QTableWidget;
   std::function<void(int row, int column)> selected;
+  int selected_row() const {
+    const auto rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.front().row();
+  }
 
  protected:
-  void focusInEvent(QFocusEvent* event) override {
-    const QModelIndex before = currentIndex();
-    QTableWidget::focusInEvent(event);
-    if (!before.isValid()) setCurrentIndex(before);
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override {
+    return chooses(event) ? QTableWidget::selectionCommand(index, event) : QItemSelectionModel::NoUpdate;
   }
   void mouseReleaseEvent(QMouseEvent* event) override {
     QTableWidget::mouseReleaseEvent(event);
@@ -60,15 +64,15 @@ class Table final : public QTableWidget {
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Copy)) {
       copy();
-      return;
+    } else if (is_choosing_key(event->key())) {
+      if (currentRow() >= 0) selected(currentRow(), currentColumn());
+    } else {
+      QTableWidget::keyPressEvent(event);
     }
-    const int before = currentRow();
-    QTableWidget::keyPressEvent(event);
-    if (currentRow() >= 0 && currentRow() != before) selected(currentRow(), currentColumn());
   }
 
  private:
-  // The selected row as text, its cells with tabs between.
+  // The cursor's row as text, its cells with tabs between.
   void copy() {
     QStringList cells;
     for (int column = 0; currentRow() >= 0 && column < columnCount(); ++column) {
@@ -90,6 +94,7 @@ class GridBinding final : public Binding {
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setTabKeyNavigation(false);
     table_->verticalHeader()->hide();
     table_->selected = [this](int row, int column) {
       post([this, row, column] { select(row + 1, column + 1); });
@@ -105,8 +110,9 @@ class GridBinding final : public Binding {
     } else {
       show_rows(changes.first_row, changes.last_row);
     }
-    if (!ahead() && table_->currentRow() != grid_.SelectedRow() - 1) {
-      table_->setCurrentCell(grid_.SelectedRow() - 1, std::max(0, table_->currentColumn()));
+    if (!ahead() && table_->selected_row() != grid_.SelectedRow() - 1) {
+      table_->setCurrentCell(grid_.SelectedRow() - 1, std::max(0, table_->currentColumn()),
+                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
     Binding::show();
   }

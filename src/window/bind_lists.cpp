@@ -1,4 +1,5 @@
 // List boxes and drop-downs.
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -7,6 +8,7 @@
 #include "forms/controls.h"
 #include "forms/user.h"
 #include "window/binding.h"
+#include "window/choosing.h"
 #include "window/look.h"
 
 namespace window {
@@ -28,21 +30,37 @@ class RowsBinding : public Binding {
   forms::ListControl& list_;
 };
 
+// Keys and the focus move its cursor and choose nothing: a row may write to the sensor.
+class CursorList final : public QListWidget {
+ public:
+  using QListWidget::QListWidget;
+  int selected_row() const {
+    const auto selected = selectedItems();
+    return selected.isEmpty() ? -1 : row(selected.front());
+  }
+
+ protected:
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override {
+    return chooses(event) ? QListWidget::selectionCommand(index, event) : QItemSelectionModel::NoUpdate;
+  }
+};
+
 class ListBinding final : public RowsBinding {
  public:
-  ListBinding(forms::ListBox& box, QWidget* parent) : RowsBinding(box), rows_(new QListWidget(parent)) {
+  ListBinding(forms::ListBox& box, QWidget* parent) : RowsBinding(box), rows_(new CursorList(parent)) {
     adopt(rows_);
     watch(rows_->viewport());
-    // With the mouse a row is taken when the button goes up.
-    connect(rows_, &QListWidget::currentRowChanged, this, [this](int row) {
-      if (!showing_ && !(QApplication::mouseButtons() & Qt::LeftButton)) post_row(row);
+    // With the mouse a row is taken when the button goes up. A screen reader selects it by itself.
+    connect(rows_, &QListWidget::itemSelectionChanged, this, [this] {
+      if (!showing_ && !(QApplication::mouseButtons() & Qt::LeftButton)) post_row(rows_->selected_row());
     });
   }
 
   void show() override {
     showing_ = true;
     show_rows();
-    if (!ahead()) {
+    if (!ahead() && rows_->selected_row() != list().ListIndex) {
       rows_->setCurrentRow(list().ListIndex);
       if (list().ListIndex < 0) rows_->clearSelection();
     }
@@ -52,14 +70,13 @@ class ListBinding final : public RowsBinding {
 
  protected:
   void released(QPoint position) override {
-    if (rows_->indexAt(position).isValid() || rows_->currentRow() != list().ListIndex)
+    if (rows_->indexAt(position).isValid() || rows_->selected_row() != list().ListIndex)
       post_row(rows_->currentRow());
   }
 
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() == QEvent::KeyPress) {
-      const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+      if (is_choosing_key(static_cast<QKeyEvent*>(event)->key())) {
         post_row(rows_->currentRow());
         return true;
       }
@@ -81,14 +98,42 @@ class ListBinding final : public RowsBinding {
     while (rows_->count() > static_cast<int>(texts.size())) delete rows_->takeItem(rows_->count() - 1);
   }
 
-  QListWidget* rows_;
+  CursorList* rows_;
   bool showing_ = false;
 };
+
+// Opens with a row to take: the chosen one, or the first.
+class DropDown final : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+  void showPopup() override {
+    QComboBox::showPopup();
+    if (currentIndex() < 0) view()->setCurrentIndex(model()->index(0, modelColumn()));
+  }
+};
+
+// A key that would choose while the list is closed.
+bool chooses_unseen(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return true;
+    default:
+      return !key.text().isEmpty() && key.text().front().isPrint() &&
+             !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+  }
+}
 
 class ComboBinding final : public RowsBinding {
  public:
   ComboBinding(forms::ComboBox& box, QWidget* parent)
-      : RowsBinding(box), combo_(box), drop_down_(new QComboBox(parent)) {
+      : RowsBinding(box), combo_(box), drop_down_(new DropDown(parent)) {
     adopt(drop_down_);
     drop_down_->setFocusPolicy(Qt::StrongFocus);
     connect(drop_down_, &QComboBox::activated, this, [this](int row) { post_row(row); });
@@ -109,12 +154,9 @@ class ComboBinding final : public RowsBinding {
       event->ignore();  // turning over the panel doesn't turn the choice
       return true;
     }
-    if (event->type() == QEvent::KeyPress && drop_down_->currentIndex() < 0) {
-      const int key = static_cast<QKeyEvent*>(event)->key();
-      if (key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_Return || key == Qt::Key_Enter) {
-        drop_down_->showPopup();  // nothing is chosen yet: look before taking the first row
-        return true;
-      }
+    if (event->type() == QEvent::KeyPress && chooses_unseen(*static_cast<QKeyEvent*>(event))) {
+      drop_down_->showPopup();
+      return true;
     }
     return RowsBinding::eventFilter(object, event);
   }
@@ -135,7 +177,7 @@ class ComboBinding final : public RowsBinding {
   }
 
   forms::ComboBox& combo_;
-  QComboBox* drop_down_;
+  DropDown* drop_down_;
 };
 
 }  // namespace

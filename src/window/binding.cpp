@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QWidget>
+#include <utility>
 
 #include "forms/user.h"
 #include "window/look.h"
@@ -18,6 +19,15 @@ bool usable(const forms::Control& control) {
   }
   return control.shown();
 }
+
+namespace {
+
+bool by_keyboard(Qt::FocusReason reason) {
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+         reason == Qt::ShortcutFocusReason;
+}
+
+}  // namespace
 
 void Binding::show() {
   if (!widget_) return;
@@ -37,11 +47,18 @@ void Binding::watch(QWidget* part) {
   part->installEventFilter(this);
 }
 
+void Binding::acts() {
+  if (std::exchange(passing_, false) && control_.handles(Event::GotFocus))
+    notify([this] { forms::user::focus(control_); });
+}
+
 void Binding::released(QPoint) {
+  acts();
   if (control_.handles(Event::Click)) notify([this] { forms::user::click(control_); });
 }
 
 void Binding::clicked_twice() {
+  acts();
   if (control_.handles(Event::DblClick)) notify([this] { forms::user::double_click(control_); });
 }
 
@@ -56,8 +73,9 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
         break;
       }
       if (event->type() == QEvent::FocusIn) {
-        if (control_.handles(Event::GotFocus)) notify([this] { forms::user::focus(control_); });
-      } else if (control_.handles(Event::LostFocus)) {
+        passing_ = true;
+        if (!by_keyboard(reason)) acts();
+      } else if (!std::exchange(passing_, false) && control_.handles(Event::LostFocus)) {
         notify([this] { forms::user::leave(control_); }, When::Always);
       }
       break;

@@ -34,6 +34,8 @@ class Binding : public QObject {
   // What of a widget takes the mouse, where that isn't the widget itself.
   void watch(QWidget* part);
   bool eventFilter(QObject* object, QEvent* event) override;
+  // The user acts on the control: the program is told now of a focus that came by the keyboard.
+  void acts();
   // A mouse button went up on the control, or was clicked twice.
   virtual void released(QPoint position);
   virtual void clicked_twice();
@@ -53,6 +55,7 @@ class Binding : public QObject {
   // and afterwards it shows what became of the control.
   template <class Action>
   void post(Action action) {
+    acts();
     ++ahead_;
     const bool waits = notify(
         [this, action = std::move(action)]() mutable {
@@ -72,6 +75,9 @@ class Binding : public QObject {
   forms::Control& control_;
   QWidget* widget_ = nullptr;
   int ahead_ = 0;
+  // The keyboard brought the focus here, and the program doesn't know: going through a window acts on
+  // nothing.
+  bool passing_ = false;
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);
 };
 

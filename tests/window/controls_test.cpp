@@ -1,4 +1,5 @@
 // Controls and their widgets in step, on a form with every kind of control.
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
@@ -200,17 +201,56 @@ TEST_F(WindowControls, AListRowRaisesItsEventsAtEveryClick) {
   }
 }
 
-TEST_F(WindowControls, AListIsWorkedByKeyboard) {
+TEST_F(WindowControls, ArrowsMoveTheCursorOfAListAndEnterOrSpaceChooses) {
   auto& list = widget<QListWidget>("lst");
   form->lst.ListIndex = 0;
   turn();
   form->events.clear();
   QTest::keyClick(&list, Qt::Key_Down);
+  form->lbl.Caption = "Something else changed";
+  form->lst.touched();
   turn();
-  EXPECT_EQ(form->lst.ListIndex, 1);
+  EXPECT_EQ(list.currentRow(), 1);
+  EXPECT_EQ(form->lst.ListIndex, 0);
+  EXPECT_TRUE(form->events.empty());
   QTest::keyClick(&list, Qt::Key_Return);
   turn();
+  EXPECT_EQ(form->lst.ListIndex, 1);
+  EXPECT_TRUE(list.item(1)->isSelected());
+  QTest::keyClick(&list, Qt::Key_T);  // "two", "three"
+  QTest::keyClick(&list, Qt::Key_Space);
+  turn();
+  EXPECT_EQ(form->lst.ListIndex, 2);
   EXPECT_EQ(events("MouseUp"), (Events{"lst MouseUp", "lst MouseUp"}));
+}
+
+// A screen reader selects a row without keys and without the mouse.
+TEST_F(WindowControls, ARowSelectedFromOutsideIsChosen) {
+  widget<QListWidget>("lst").item(2)->setSelected(true);
+  turn();
+  EXPECT_EQ(form->lst.ListIndex, 2);
+  EXPECT_EQ(events("Click"), Events{"lst Click"});
+}
+
+TEST_F(WindowControls, AKeyOpensADropDownAndChoosesNothing) {
+  auto& combo = widget<QComboBox>("cbo");
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_G, Qt::Key_Return, Qt::Key_Space}) {
+    QTest::keyClick(&combo, key);
+    EXPECT_TRUE(combo.view()->isVisible()) << key;
+    EXPECT_EQ(combo.view()->currentIndex().row(), 0) << key;
+    combo.hidePopup();
+    turn();
+    EXPECT_EQ(form->cbo.ListIndex, -1) << key;
+  }
+  QTest::keyClick(&combo, Qt::Key_Down);
+  QTest::keyClick(combo.view(), Qt::Key_Down);
+  QTest::keyClick(combo.view(), Qt::Key_Return);
+  turn();
+  EXPECT_EQ(form->cbo.Text, "green");
+  QTest::keyClick(&combo, Qt::Key_Up);
+  EXPECT_EQ(combo.view()->currentIndex().row(), 1);
+  turn();
+  EXPECT_EQ(events("Click"), Events{"cbo Click"});
 }
 
 TEST_F(WindowControls, ADropDownShowsItsTextUntilARowIsChosen) {
@@ -260,9 +300,18 @@ TEST_F(WindowControls, AClickOrAKeySelectsARowOfATable) {
   click(1);  // the same row runs again
   EXPECT_EQ(events("SelectionChange").size(), 2u);
   QTest::keyClick(&table, Qt::Key_Up);
+  form->grid.touched();
+  turn();
+  EXPECT_EQ(table.currentRow(), 0);
+  EXPECT_EQ(form->grid.SelectedRow(), 2);
+  EXPECT_EQ(events("SelectionChange").size(), 2u);
+  QTest::keyClick(&table, Qt::Key_Return);
   turn();
   EXPECT_EQ(form->grid.SelectedRow(), 1);
-  EXPECT_EQ(events("SelectionChange").size(), 3u);
+  EXPECT_EQ(table.selectionModel()->selectedRows().front().row(), 0);
+  QTest::keyClick(&table, Qt::Key_Space);
+  turn();
+  EXPECT_EQ(events("SelectionChange").size(), 4u);
 }
 
 TEST_F(WindowControls, TheFocusAloneSelectsNoRow) {
