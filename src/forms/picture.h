@@ -49,7 +49,10 @@ class PictureBox : public Control {
     if (x > dirty_last_) dirty_last_ = x;
   }
 
-  // A row's colours, to be written as a whole. The row exists.
+  // A row's colours, to be read or written as a whole. The row exists.
+  std::span<const std::uint32_t> row(int y) const {
+    return std::span(pixels_).subspan(offset(0, y), static_cast<std::size_t>(width_));
+  }
   std::span<std::uint32_t> change_row(int y) {
     dirty_first_ = 0;
     dirty_last_ = width_ - 1;

@@ -27,7 +27,7 @@ void print_at(forms::PictureBox& picture, double x, double y, std::string text) 
 }
 
 void blacken(ImageData& image, int column, int row) {
-  for (int channel = 0; channel < 3; ++channel) image.at(channel, column, row) = 0;
+  for (int channel = 0; channel < 3; ++channel) image.set(channel, column, row, 0);
 }
 
 std::int32_t trace_colour(const Store& store) {

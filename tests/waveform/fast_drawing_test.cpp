@@ -61,6 +61,14 @@ TEST_F(Drawing, WritesBackWhatItReadAndYieldsOnce) {
   EXPECT_EQ(yields, 1);
 }
 
+TEST_F(Drawing, HasThreeBytesOfAPixelThatHasFour) {
+  picture.SetPixelV(1, 0, 0x7F123456);
+  ImageData image;
+  drawing.GetImageData(picture, image);
+  drawing.SetImageData(picture, image);
+  EXPECT_EQ(picture.GetPixel(1, 0), 0x123456);
+}
+
 // A picture is marked for the front ends when it is shown; setting pixels alone doesn't mark it.
 TEST_F(Drawing, ShowsThePictureOnlyWithAutomaticRedraw) {
   ImageData image;
