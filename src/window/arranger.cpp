@@ -1,5 +1,6 @@
 #include "window/arranger.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -31,6 +32,25 @@ QBoxLayout* box(QBoxLayout::Direction direction, const Parts& parts) {
   }
   return layout;
 }
+
+// Keeps a caption on screen as long as the widget that it belongs to.
+class Companion final : public QObject {
+ public:
+  Companion(QLabel& caption, QWidget& of) : QObject(&caption), caption_(caption) {
+    of.installEventFilter(this);
+    caption.setHidden(of.isHidden());
+  }
+
+ protected:
+  bool eventFilter(QObject* of, QEvent* event) override {
+    if (event->type() == QEvent::ShowToParent) caption_.show();
+    if (event->type() == QEvent::HideToParent) caption_.hide();
+    return QObject::eventFilter(of, event);
+  }
+
+ private:
+  QLabel& caption_;
+};
 
 bool needs_place(const forms::Control& control) {
   return control.kind() != forms::Kind::Timer && control.kind() != forms::Kind::CommonDialog &&
@@ -90,6 +110,7 @@ QLabel* Arranger::text(const QString& caption, QWidget* beside) {
   if (beside) {
     beside->setAccessibleName(caption);
     label->setToolTip(beside->toolTip());
+    new Companion(*label, *beside);
   }
   return label;
 }

@@ -58,7 +58,7 @@ class Arranger {
   QGroupBox* frame(std::string_view name, QLayout* inside, int index = -1);
   // A group that only the layout knows.
   QGroupBox* group(const QString& title, QLayout* inside);
-  // A caption that only the layout knows. It names the widget that it stands beside.
+  // A caption that only the layout knows. It names the widget that it stands beside, and is hidden with it.
   QLabel* text(const QString& caption, QWidget* beside = nullptr);
   // Caption and widget under each other in two aligned columns.
   struct Field {

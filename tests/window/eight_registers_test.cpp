@@ -1,6 +1,7 @@
 // The panels over eight registers, worked through their widgets.
 #include <QGroupBox>
 #include <QRadioButton>
+#include <algorithm>
 #include <set>
 
 #include "support/panel_window.h"
@@ -32,6 +33,19 @@ TEST_P(RegisterPanelWindow, ExternalTimingBringsItsControls) {
   EXPECT_FALSE(widget<QGroupBox>("frItime").isVisible());
   for (const char* shown : {"OptGraph(1)", "OptGraph(2)", "Label17", "txtReading2", "txtReading3"})
     EXPECT_TRUE(widget<QWidget>(shown).isVisible()) << shown;
+}
+
+// Its words are the window's own, as the panel has no label for it.
+TEST_P(RegisterPanelWindow, TheRawReadingHasWordsThatComeAndGoWithIt) {
+  const auto labels = content().findChildren<QLabel*>();
+  const auto words = std::ranges::find(labels, QString("Raw Reading"), &QLabel::text);
+  ASSERT_NE(words, labels.end());
+  EXPECT_EQ(widget<QWidget>("txtReading3").accessibleName(), "Raw Reading");
+  for (const bool external : {true, false}) {
+    click("ChkCommand(2)");
+    EXPECT_EQ(visible("txtReading3"), external);
+    EXPECT_EQ((*words)->isVisible(), external);
+  }
 }
 
 TEST_P(RegisterPanelWindow, ALimitIsEnteredByEnter) {

@@ -32,6 +32,13 @@ QLayout* status_row(Arranger& place) {
   return line;
 }
 
+// No higher than a small screen has room for.
+QGroupBox* operation_frame(Arranger& place) {
+  constexpr int most_lines = 4;
+  const int operations = static_cast<int>(place.elements_of("OptMeasure").size());
+  return option_frame(place, "frmMeasure", "OptMeasure", (operations + most_lines - 1) / most_lines);
+}
+
 // What is measured, and what a count stands for.
 QLayout* measured_row(Arranger& place) {
   QGroupBox* measured = place.frame("Frame3", row({place("Label3", 0), Part::room()}));
@@ -128,8 +135,8 @@ QGroupBox* timing_frame(Arranger& place) {
 }  // namespace
 
 QLayout* converter_left_column(Arranger& place) {
-  return column({status_row(place), option_frame(place, "frmMeasure", "OptMeasure", 2), measured_row(place),
-                 converter_frame(place), emitter_frame(place), follower_row(place), Part::room()});
+  return column({status_row(place), operation_frame(place), measured_row(place), converter_frame(place),
+                 emitter_frame(place), follower_row(place), Part::room()});
 }
 
 QLayout* converter_right_column(Arranger& place) {

@@ -29,8 +29,8 @@ QGroupBox* sampling_group(Arranger& place) {
       place.field("lblInterval", place.keep_room(place.digits(pace_digits, place("txtInterval"))))};
   if (place.has("txtSampling_Delay"))
     pace.push_back(place.field("Label9", 0, place.digits(pace_digits, place("txtSampling_Delay"))));
-  QWidget* start = place.lines(2, "cmdSample");
-  QWidget* stop = place.lines(2, "cmdEndSampling");
+  QWidget* start = place("cmdSample");
+  QWidget* stop = place("cmdEndSampling");
   // Some panels have both on screen all the time.
   QLayout* timed = stop->isHidden() ? place.in_turn(start, stop) : row({{start, 1}, {stop, 1}});
   return place.group(
@@ -45,18 +45,17 @@ QGroupBox* readings_group(Arranger& place) {
     place.keep_room(place(label));
     return place.field(label, place.keep_room(place.digits(digits, place(box))));
   };
-  QWidget* reading = value("Label16", "txtReading").widget;
-  QBoxLayout* first = row({place("Label16"), Part::room(), reading});
+  std::vector fields{value("Label16", "txtReading")};
+  if (place.has("txtADCRaw")) fields.push_back(value("Label36", "txtADCRaw"));
   if (place.has("txtReading3")) {
-    QWidget* raw = place.digits(digits, place("txtReading3"));
-    raw->setAccessibleName("Raw reading");
-    first->insertWidget(first->count() - 1, raw);
+    const Arranger::Field raw =
+        place.field(QString("Raw Reading"), place.keep_room(place.digits(digits, place("txtReading3"))));
+    place.keep_room(raw.caption);
+    fields.push_back(raw);
   }
-  std::vector<Arranger::Field> below;
-  if (place.has("txtADCRaw")) below.push_back(value("Label36", "txtADCRaw"));
-  below.insert(below.end(),
-               {value("Label17", "txtReading2"), value("Label6", "txtTime3"), value("Label14", "txtTime1")});
-  return place.group("Readings", column({first, place.fields(below)}));
+  fields.insert(fields.end(),
+                {value("Label17", "txtReading2"), value("Label6", "txtTime3"), value("Label14", "txtTime1")});
+  return place.group("Readings", place.fields(fields));
 }
 
 QLayout* triggered_reading(Arranger& place) {
