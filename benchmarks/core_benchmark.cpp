@@ -34,6 +34,8 @@ BENCHMARK_CAPTURE(RealTimePasses, KVT71338, kvt71338)->Unit(benchmark::kMillisec
 BENCHMARK_CAPTURE(RealTimePasses, KVT71385_light, kvt71385_light)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RealTimePasses, KVT71385_proximity, kvt71385_proximity)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RealTimePasses, KVT71385_auto_range, kvt71385_auto_range)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RealTimePasses, KVT71374_light, kvt71374_light)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RealTimePasses, KVT71374_filter, kvt71374_filter)->Unit(benchmark::kMillisecond);
 
 void LoadPanel(benchmark::State& state, const Subject& panel) {
   Core core(panel);
@@ -43,6 +45,7 @@ BENCHMARK_CAPTURE(LoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadPanel, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LoadPanel, KVT71385, kvt71385_light)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(LoadPanel, KVT71374, kvt71374_light)->Unit(benchmark::kMillisecond);
 
 // The full width, every column different from its neighbours by a few rows.
 void ScrollTrace(benchmark::State& state) {

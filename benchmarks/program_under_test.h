@@ -53,6 +53,13 @@ inline constexpr Subject kvt71385_auto_range{"frmKVT71385",
                                              [](SensorPanel& panel) { click(panel, "OptGainMode", 1); },
                                              [](SensorPanel& panel) { click(panel, "OptMeasure", 6); }};
 
+inline constexpr Subject kvt71374_light{"frmKVT71374",
+                                        [](SensorPanel& panel) { click(panel, "OptMeasure", 5); }};
+inline constexpr Subject kvt71374_filter{"frmKVT71374", [](SensorPanel& panel) {
+                                           click(panel, "OptITime", 1);
+                                           click(panel, "OptMeasure", 9);
+                                         }};
+
 struct ProgramUnderTest {
   explicit ProgramUnderTest(forms::FrontEnd& front_end) : program(clock, board, front_end) {
     board.set_timing(false);

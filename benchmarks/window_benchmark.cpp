@@ -47,6 +47,8 @@ BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71385_proximity, kvt71385_proximity)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71385_auto_range, kvt71385_auto_range)
     ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71374_light, kvt71374_light)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowRealTimePasses, KVT71374_filter, kvt71374_filter)->Unit(benchmark::kMillisecond);
 
 void WindowLoadPanel(benchmark::State& state, const Subject& panel) {
   InWindow window(panel);
@@ -59,6 +61,7 @@ BENCHMARK_CAPTURE(WindowLoadPanel, KVT71346, kvt71346)->Unit(benchmark::kMillise
 BENCHMARK_CAPTURE(WindowLoadPanel, KVT71344, kvt71344)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WindowLoadPanel, KVT71338, kvt71338)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WindowLoadPanel, KVT71385, kvt71385_light)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(WindowLoadPanel, KVT71374, kvt71374_light)->Unit(benchmark::kMillisecond);
 
 // The grid with its 1000 rows is on screen while they run.
 void WindowRunScriptOf1000Reads(benchmark::State& state) {
