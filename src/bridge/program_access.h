@@ -20,6 +20,7 @@ class ProgramAccess {
 
   void DoEvents(int times = 1) { program.runtime.DoEvents(times); }
   void Sleep(std::int64_t milliseconds) { program.runtime.Sleep(milliseconds); }
+  void Pause(std::int64_t milliseconds) { program.runtime.Pause(milliseconds); }
   std::int64_t timeGetTime() const { return program.runtime.timeGetTime(); }
   int MsgBox(std::string text, int buttons = forms::vbOKOnly, std::string title = {}) {
     return program.runtime.MsgBox(std::move(text), buttons, std::move(title));

@@ -23,6 +23,10 @@ std::vector<int> MessageBox::answers() const {
   }
 }
 
+void FrontEnd::pause(const Runtime& runtime, Clock::Duration time) {
+  sleep(runtime.clock(), time);
+}
+
 Runtime::Runtime(Clock& clock, FrontEnd& front_end) : clock_(clock), front_end_(&front_end) {}
 Runtime::~Runtime() = default;
 
@@ -54,6 +58,10 @@ void Runtime::service() {
 
 void Runtime::Sleep(std::int64_t milliseconds) {
   if (milliseconds > 0) front_end_->sleep(clock_, std::chrono::milliseconds(milliseconds));
+}
+
+void Runtime::Pause(std::int64_t milliseconds) {
+  if (milliseconds > 0) front_end_->pause(*this, std::chrono::milliseconds(milliseconds));
 }
 
 std::int64_t Runtime::timeGetTime() const {

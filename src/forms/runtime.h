@@ -21,6 +21,7 @@ namespace forms {
 class Control;
 class Form;
 class FormSet;
+class Runtime;
 class Timer;
 
 // The platform's numbers for the buttons of a message box and for its answers.
@@ -74,6 +75,8 @@ class FrontEnd {
   virtual void yield() {}
   // A handler sleeps: time passes, no handler runs.
   virtual void sleep(Clock& clock, Clock::Duration time) { clock.pass(time); }
+  // A loop paces itself: as sleep, but it may end as soon as runtime.event_waits().
+  virtual void pause(const Runtime& runtime, Clock::Duration time);
   // Nothing is to do: wait for a user's action, at the longest for `limit` (none: as long as it takes).
   virtual void idle(std::optional<Clock::Duration> limit) = 0;
 };
@@ -103,6 +106,9 @@ class Runtime {
   }
   // Blocks for so many milliseconds; 0 and less don't block.
   void Sleep(std::int64_t milliseconds);
+  // The same for a loop that paces itself: an event that waits ends it, so that its handler runs in the
+  // loop's next yield. The loop asks for the time again behind it.
+  void Pause(std::int64_t milliseconds);
   // Milliseconds of the system's timer. 64 bits: it never wraps.
   std::int64_t timeGetTime() const;
   // Asks the system for a 1 ms grain of its timers, which the clocks here have anyway.
@@ -130,6 +136,9 @@ class Runtime {
   int handlers_on_stack() const { return handlers_on_stack_; }
   // Whether one more handler may begin. Where none may, events and timers wait until one has returned.
   bool has_room() const { return handlers_on_stack_ < most_handlers; }
+
+  // Whether an event waits that a yield would run.
+  bool event_waits() const { return !queue_.empty() && has_room(); }
 
   // The main loop: returns when the program has ended. Without a loaded form it ends by itself.
   void run(FormSet& forms);

@@ -80,14 +80,23 @@ void WindowFrontEnd::yield() {
   if (SteadyClock::now() >= next_pump_) pump();
 }
 
-void WindowFrontEnd::sleep(forms::Clock& clock, forms::Clock::Duration time) {
-  const auto end = clock.now() + time;
+template <class Enough>
+void WindowFrontEnd::sleep_until(forms::Clock& clock, forms::Clock::Duration end, Enough enough) {
   while (end - clock.now() > exact_end) {
     pump();
+    if (enough()) return;
     const auto left = end - clock.now() - exact_end;
     if (left > forms::Clock::Duration::zero()) clock.pass(std::min<forms::Clock::Duration>(left, sleep_turn));
   }
   clock.pass(end - clock.now());
+}
+
+void WindowFrontEnd::sleep(forms::Clock& clock, forms::Clock::Duration time) {
+  sleep_until(clock, clock.now() + time, [] { return false; });
+}
+
+void WindowFrontEnd::pause(const forms::Runtime& runtime, forms::Clock::Duration time) {
+  sleep_until(runtime.clock(), runtime.clock().now() + time, [&] { return runtime.event_waits(); });
 }
 
 void WindowFrontEnd::idle(std::optional<forms::Clock::Duration> limit) {

@@ -22,11 +22,15 @@ class WindowFrontEnd : public forms::FrontEnd {
   void yield() override;
   // Keeps the windows painted. A sleep of a few milliseconds just sleeps.
   void sleep(forms::Clock& clock, forms::Clock::Duration time) override;
+  void pause(const forms::Runtime& runtime, forms::Clock::Duration time) override;
   void idle(std::optional<forms::Clock::Duration> limit) override;
 
  private:
   using SteadyClock = std::chrono::steady_clock;
   void pump();
+  // Gives Qt its turns until the clock is at `end`, or one of them has done what ends it early.
+  template <class Enough>
+  void sleep_until(forms::Clock& clock, forms::Clock::Duration end, Enough enough);
   void show_changes();
 
   Windows* windows_ = nullptr;

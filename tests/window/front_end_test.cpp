@@ -171,6 +171,35 @@ TEST_F(WindowFrontEndTest, ASleepOnTheVirtualClockIsAsLongAsAsked) {
   }
 }
 
+TEST_F(WindowFrontEndTest, APauseEndsWithAnEventThatMayRun) {
+  const auto length_of = [&](std::int64_t milliseconds) {
+    const auto before = clock.now();
+    program.runtime.Pause(milliseconds);
+    return clock.now() - before;
+  };
+  turn();
+  EXPECT_EQ(length_of(20000), std::chrono::seconds(20));
+  QTimer::singleShot(0, [&] { program.runtime.post([] {}); });
+  EXPECT_LT(length_of(20000), std::chrono::milliseconds(100));
+  EXPECT_LT(length_of(20000), std::chrono::milliseconds(100)) << "it still waits";
+  program.runtime.service();
+  EXPECT_EQ(length_of(20000), std::chrono::seconds(20));
+}
+
+// It would come to nothing but a loop that doesn't sleep.
+TEST_F(WindowFrontEndTest, APauseTakesNoEndFromAnEventThatFindsNoRoom) {
+  std::function<void()> nest = [&] {
+    program.runtime.post([&] { nest(); });
+    if (program.runtime.has_room()) return program.runtime.DoEvents();
+    const auto before = clock.now();
+    program.runtime.Pause(1000);
+    EXPECT_EQ(clock.now() - before, std::chrono::seconds(1));
+    nest = [] {};
+  };
+  program.runtime.post([&] { nest(); });
+  program.runtime.service();
+}
+
 TEST_F(WindowFrontEndTest, YieldsShowWhatChanged) {
   auto& start_panel = program.forms.touch<frmStartup>();
   start_panel.Caption = "Changed";

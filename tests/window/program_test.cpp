@@ -295,6 +295,53 @@ TEST_F(WindowOfProgram, ClosingThePanelWhileItCollectsEndsTheProgram) {
   EXPECT_TRUE(turn_ends());
 }
 
+// In turns of Qt, not in time: the user stops in one, and sees it in the next but one.
+TEST_F(WindowOfProgram, ACollectionWithALongIntervalAnswersAtOnceAndKeepsItsPace) {
+  choose_model(0);
+  auto& panel = program.forms.touch<frmKVT71346>();
+  panel.ModeIndex = 2;
+  panel.txtInterval.Text = "20000";
+  int turns_to_answer = 0;
+  std::int64_t stopped = 0;
+  std::int64_t answered = 0;
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count < 2 || answered != 0) return;
+    if (stopped == 0) {
+      stopped = program.runtime.timeGetTime();
+      click("frmKVT71346", "cmdStopData");
+    } else {
+      ++turns_to_answer;
+      if (panel.Label18.Caption == "Data Collection Halted") answered = program.runtime.timeGetTime();
+    }
+  });
+  user.start(0);
+  click("frmKVT71346", "cmdCollectData");
+  turn();
+  EXPECT_LE(turns_to_answer, 2);
+  EXPECT_LT(answered - stopped, 100);
+  EXPECT_EQ(program.store.Sample_Run, 0);
+  EXPECT_GT(program.runtime.timeGetTime() - answered, 19000) << "the pass came before it was due";
+  EXPECT_NEAR(std::stod(panel.txtTime3.Text.get()), 20000, 20);
+}
+
+TEST_F(WindowOfProgram, ExitEndsACollectionWithALongIntervalAtOnce) {
+  choose_model(0);
+  auto& panel = program.forms.touch<frmKVT71346>();
+  panel.txtInterval.Text = "20000";
+  std::int64_t asked = 0;
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count < 2 || asked != 0) return;
+    asked = program.runtime.timeGetTime();
+    window_of("frmKVT71346").close();
+  });
+  user.start(0);
+  click("frmKVT71346", "cmdCollectData");
+  EXPECT_TRUE(turn_ends());
+  EXPECT_LT(program.runtime.timeGetTime() - asked, 100);
+}
+
 TEST_F(WindowOfProgram, LampsShowTheGpioBytes) {
   choose_model(0);
   show("frmGPIO");

@@ -252,12 +252,13 @@ void SensorPanel::restart_collection() {
   cmdCollectData_Click();
 }
 
-// The loop wakes a little early: the rest of the wait goes to other handlers, not to the sleep.
+// The loop wakes a little early: the rest of the wait goes to other handlers, not to the sleep. What the user
+// does in the sleep is handled at once; the pass comes when it is due.
 void SensorPanel::pace(std::int64_t due) {
   while (timeGetTime() < due - model.wake_margin && !begun_anew_) {
     DoEvents();
     const std::int64_t now = timeGetTime();
-    if (now < due - model.sleep_margin) Sleep(due - model.sleep_margin - now);
+    if (now < due - model.sleep_margin) Pause(due - model.sleep_margin - now);
   }
 }
 
