@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -108,15 +109,24 @@ class SessionLines final : public console::LineSource {
     const auto& loaded = program_->forms.all_loaded();
     // Most of the time the one in front.
     const forms::Form* front = program_->forms.front();
-    return front && pick(4) != 0 ? *front : *loaded[pick(loaded.size())];
+    return front && pick(8) != 0 ? *front : *loaded[pick(loaded.size())];
   }
-  // A control that a user reaches, most of the time; now and then any.
+  // What does something when a user works it.
+  static bool works(const forms::Control& control) {
+    using forms::Kind;
+    constexpr std::array worked_kinds{Kind::TextBox,      Kind::CommandButton, Kind::CheckBox,
+                                      Kind::OptionButton, Kind::ListBox,       Kind::ComboBox,
+                                      Kind::Grid,         Kind::HScrollBar,    Kind::VScrollBar,
+                                      Kind::SSTab,        Kind::Menu};
+    return std::ranges::find(worked_kinds, control.kind()) != worked_kinds.end() ||
+           control.handles(forms::Event::Click) || control.handles(forms::Event::DblClick);
+  }
+  // One that a user reaches, most of the time; now and then any.
   const forms::Control& control(const forms::Form& of) {
     std::vector<const forms::Control*> reachable;
     const bool any = pick(16) == 0;
     for (const forms::Control* each : of.controls()) {
-      if (any || (each->shown() && each->Enabled && each->kind() != forms::Kind::Label))
-        reachable.push_back(each);
+      if (any || (each->shown() && each->Enabled && works(*each))) reachable.push_back(each);
     }
     if (reachable.empty()) return *of.controls()[pick(of.controls().size())];
     return *reachable[pick(reachable.size())];
@@ -225,7 +235,7 @@ class SessionLines final : public console::LineSource {
     if (program_->forms.all_loaded().empty()) return "clock";
     switch (pick(16)) {
       case 0:
-        return "wait " + number(300);
+        return "wait " + number(100);
       case 1:
         return "wait " + number(3);
       case 2:
@@ -253,7 +263,7 @@ class SessionLines final : public console::LineSource {
           case 3:
             return "packets";
           case 4:
-            return "finish " + number(300);
+            return "finish " + number(100);
           default:
             return "idle " + number(20);
         }
