@@ -116,6 +116,50 @@ TEST_F(InterruptTestEnds, ATestThatRunsIsNotStartedAgain) {
   }
 }
 
+// Execute in the middle of a loop's exchange would take its reply, and close its session in the end.
+TEST_F(InterruptTestEnds, DoesntBeginInALoopOfASensorPanelWhichLosesNothing) {
+  constexpr int light_continuous = 5;
+  constexpr double lux = 500;
+  board.scene() = {.light_lux = lux, .ir_counts = 0};
+  for (auto [start, stop] : {std::pair{&sensor->cmdCollectData, &sensor->cmdStopData},
+                             {&sensor->cmdSample, &sensor->cmdEndSampling}}) {
+    SCOPED_TRACE(start->name());
+    sensor->choose_measurement(light_continuous);
+    store.Sample_Count = 0;
+    test->lblMessage.Caption = "";
+    later([this] { return store.Sample_Count == 20 && sensor->within_exchange(); }, 0,
+          [this, end = stop] {
+            forget_traffic();
+            click(test->cmdRunCase1);
+            EXPECT_EQ(test->lblMessage.Caption, "Stop Data Collection First");
+            EXPECT_TRUE(sent_on(boards::pipe_i2c_out).empty());
+            EXPECT_TRUE(test->cmdRunCase1.Visible);
+            later(count_reaches(40), 0, clicking(*end));
+          });
+    user.yields_left = 200'000;
+    click(*start);
+    EXPECT_EQ(store.Sample_Count, 40);
+    const auto shown = forms::Val(sensor->txtReading.Text);
+    for (std::size_t i = 1; i < 40; ++i) EXPECT_NEAR(store.Sample_Value[i], shown, 1) << i;
+    EXPECT_EQ(store.Usb_Open, 0);
+  }
+  expect_runs_again();
+}
+
+TEST_F(InterruptTestEnds, DoesntBeginInALoopOfTheOtherModelsPanel) {
+  auto& other = dynamic_cast<MultiFunctionPanel&>(program.forms.touch("frmKVT71390"));
+  later([this] { return store.Sample_Count == 20; }, 0,
+        [this, &other] {
+          click(test->cmdRunCase1);
+          EXPECT_EQ(test->lblMessage.Caption, "Stop Data Collection First");
+          click(other.cmdStopData);
+        });
+  user.yields_left = 200'000;
+  click(other.cmdCollectData);
+  EXPECT_EQ(store.Sample_Count, 20);
+  expect_runs_again();
+}
+
 // --- a panel is closed ---
 
 // Closes a panel so many yields after Execute. False: the test had completed before.

@@ -21,6 +21,12 @@ constexpr std::array<Flag Store::*, 6> deferred_work_flags{&Store::PendingClearI
 
 void SensorPanel::cmdSample_Click() {
   if (!sampling_allowed()) return;
+  struct OnStack {
+    explicit OnStack(bool& of_panel) : sampling(of_panel), outer(std::exchange(of_panel, true)) {}
+    ~OnStack() { sampling = outer; }
+    bool& sampling;
+    const bool outer;
+  } const on_stack(sampling_);
   start_sampling();
   if (model.sampling_holds_session) hold_session();
   while (store.AbortRequested != true_flag && loaded()) timed_pass();

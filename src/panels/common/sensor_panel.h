@@ -54,6 +54,13 @@ class SensorPanel : public BusPanel {
   void cmdBrowse_Click();
   void cmdStartRec_Click(int Index);
 
+  // --- for parts and for forms that work the panel ---
+
+  // A loop of it is on the stack, and has the bus.
+  bool loop_runs() const { return collecting_ || sampling_; }
+  // Puts a count's bytes together as texts, the high byte's in front of the low byte's.
+  static void show_count_of_bytes(const TextBox& high, const TextBox& low, TextBox& hex, TextBox& decimal);
+
  protected:
   // --- what a family fills in: the load ---
 
@@ -143,8 +150,6 @@ class SensorPanel : public BusPanel {
   void restart_collection();
   // The reply's status and count bytes in txtSampleByte, and the count in txtADHex and txtADDec.
   void show_reply_bytes();
-  // Puts a count's bytes together as texts, the high byte's in front of the low byte's.
-  static void show_count_of_bytes(const TextBox& high, const TextBox& low, TextBox& hex, TextBox& decimal);
   // A button of the loops comes or goes, or is enabled or not.
   void offer(forms::Control& button, bool offered);
   // What a stop button does to the heartbeat.
@@ -187,6 +192,7 @@ class SensorPanel : public BusPanel {
   void end_collection();
   void write_data_file();
 
+  bool sampling_ = false;
   bool collecting_ = false;
   bool begun_anew_ = false;       // a collection began since the loop's pass began
   bool begins_ = false;           // it hasn't had its first pass

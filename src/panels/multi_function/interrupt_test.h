@@ -24,6 +24,7 @@ class frm71385INTR final : public ProgramForm {
   void cmdRecordLux_Click(int Index) { record_light(Index); }
   void mcdRecordProx_Click(int Index) { record_proximity(Index); }
   void OptResolution_Click(int Index);
+  // Refused, in words, while a loop of a sensor panel runs.
   // Returns when the test has ended: completed, aborted, or because one of both panels was closed. A
   // run-time error ends it as aborted and is reported then.
   void cmdRunCase1_Click();

@@ -1,4 +1,5 @@
 // How the interrupt test runs, from Execute to its end.
+#include <algorithm>
 #include <optional>
 
 #include "panels/multi_function/interrupt_detection.h"
@@ -31,6 +32,14 @@ constexpr int slope_above = 3;
 
 constexpr std::int64_t settling_ms = 120;
 
+// Of whichever panel: all of them have one bus and one store.
+bool a_loop_runs(const forms::FormSet& forms) {
+  return std::ranges::any_of(forms.all_loaded(), [](const forms::Form* form) {
+    const auto* panel = dynamic_cast<const SensorPanel*>(form);
+    return panel && panel->loop_runs();
+  });
+}
+
 double number(const Label& label) {
   return forms::Val(label.Caption);
 }
@@ -42,6 +51,11 @@ double number(const TextBox& box) {
 
 void frm71385INTR::cmdRunCase1_Click() {
   if (driven_) return;
+  // On top of a loop the test would take the reply that the loop waits for, and close its session.
+  if (a_loop_runs(set())) {
+    lblMessage.Caption = "Stop Data Collection First";
+    return;
+  }
   struct Running {
     Running(MultiFunctionPanel*& of_driven, MultiFunctionPanel* panel) : driven(of_driven) { driven = panel; }
     ~Running() { driven = nullptr; }
