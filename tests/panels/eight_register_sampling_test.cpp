@@ -22,8 +22,8 @@ TEST_F(Kvt71344Sampling, ATimedReadingShowsItsBytes) {
   EXPECT_EQ(panel->txtSampleByte(4).Text, "1");
   EXPECT_EQ(panel->txtADHex.Text, "C05");
   EXPECT_EQ(panel->txtADDec.Text, "3077");
-  EXPECT_EQ(panel->txtICycHex.Text, "107");
-  EXPECT_EQ(panel->txtICYCDec.Text, "263");
+  EXPECT_EQ(panel->cycle_reading.txtICycHex.Text, "107");
+  EXPECT_EQ(panel->cycle_reading.txtICYCDec.Text, "263");
   EXPECT_EQ(panel->txtRegRd(5).Text, "0C");
   EXPECT_EQ(store.TriggerDone, 0);
 }
@@ -31,8 +31,8 @@ TEST_F(Kvt71344Sampling, ATimedReadingShowsItsBytes) {
 TEST_F(Kvt71344Sampling, ACycleCountOfZeroShowsTwoDigits) {
   replying({2, 0x05, 0x0C, 0, 0});
   sample(1);
-  EXPECT_EQ(panel->txtICycHex.Text, "00");
-  EXPECT_EQ(panel->txtICYCDec.Text, "0");
+  EXPECT_EQ(panel->cycle_reading.txtICycHex.Text, "00");
+  EXPECT_EQ(panel->cycle_reading.txtICYCDec.Text, "0");
   EXPECT_EQ(store.Sample_Value2[1], 1);
 }
 

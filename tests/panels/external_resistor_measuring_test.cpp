@@ -169,7 +169,7 @@ TEST_F(Kvt71338Measuring, ATriggeredReadingShowsItsBytes) {
   EXPECT_EQ(panel->txtSampleByte(2).Text, "1A");
   EXPECT_EQ(panel->txtADHex.Text, "1A04");
   EXPECT_EQ(panel->txtADDec.Text, "6660");
-  EXPECT_EQ(panel->txtICycHex.Text, "");
+  EXPECT_EQ(panel->cycle_reading.txtICycHex.Text, "");
 }
 
 // The second value isn't of the reply: it is what was last stored as a second count.
@@ -184,13 +184,13 @@ TEST_F(Kvt71338Measuring, ATriggeredTimeBaseShowsItsBytesAndStoresAnOlderCount) 
   EXPECT_EQ(store.Sample_Value2[1], 0x1234);
   EXPECT_EQ(panel->txtSampleByte(3).Text, "05");
   EXPECT_EQ(panel->txtSampleByte(4).Text, "2B");
-  EXPECT_EQ(panel->txtICycHex.Text, "2B05");
-  EXPECT_EQ(panel->txtICYCDec.Text, "11013");
+  EXPECT_EQ(panel->cycle_reading.txtICycHex.Text, "2B05");
+  EXPECT_EQ(panel->cycle_reading.txtICYCDec.Text, "11013");
   EXPECT_EQ(panel->txtADHex.Text, "");
   replying({4, 0, 0, 0, 0}, 5);
   sample(2);
-  EXPECT_EQ(panel->txtICycHex.Text, "00");
-  EXPECT_EQ(panel->txtICYCDec.Text, "0");
+  EXPECT_EQ(panel->cycle_reading.txtICycHex.Text, "00");
+  EXPECT_EQ(panel->cycle_reading.txtICYCDec.Text, "0");
 }
 
 TEST_F(Kvt71338Measuring, UnderExternalTimingATriggerIsASync) {

@@ -92,19 +92,12 @@ void EightRegisterPanel::Record_Triggered_Light_Count() {
   txtReading.Text = forms::Str(store.Sample_Value[slot()]);
   txtReading2.Text = forms::Str(store.Sample_Value2[slot()]);
   show_reply_bytes();
-  show_cycle_bytes();
+  cycle_reading.show(3);
   store.TriggerDone = false_flag;
   if (model_.measures_by_rule) {
     DoEvents();
     disconnect_by_rule();
   }
-}
-
-void EightRegisterPanel::show_cycle_bytes() {
-  txtSampleByte(3).Text = forms::Hex2(reply(3));
-  txtSampleByte(4).Text = forms::Hex(reply(4));
-  show_count_of_bytes(txtSampleByte(4), txtSampleByte(3), txtICycHex, txtICYCDec);
-  if (txtICycHex.Text == "000") txtICycHex.Text = "00";
 }
 
 Measurement EightRegisterPanel::measure() {

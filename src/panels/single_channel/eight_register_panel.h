@@ -6,6 +6,7 @@
 // on how long the host let it integrate.
 #pragma once
 
+#include "panels/single_channel/cycle_reading.h"
 #include "panels/single_channel/eight_register_model.h"
 #include "panels/single_channel/interrupt_limits.h"
 #include "panels/single_channel/interrupt_watch.h"
@@ -76,7 +77,6 @@ class EightRegisterPanel final : public RegisterPanel {
   void show_two_readings(bool both);
   void follow_reset(bool active);
   void follow_power(bool down);
-  void show_cycle_bytes();
   // Takes over the largest top byte of a count at a position of OptITime.
   void limit_top_byte(int resolution);
 
@@ -118,10 +118,7 @@ class EightRegisterPanel final : public RegisterPanel {
   CommandButton cbReset;
 
   TextBox txtReading3{*this, "txtReading3", {.Visible = false}};
-  Label lblICycHex{*this, "lblICycHex", {.Caption = "Integration Count Hex"}};
-  TextBox txtICycHex{*this, "txtICycHex"};
-  Label lblICYCDec{*this, "lblICYCDec", {.Caption = "Integration Count Dec"}};
-  TextBox txtICYCDec{*this, "txtICYCDec"};
+  CycleReading cycle_reading{program, *this};
 
   InterruptLimits limits{program, *this, model_};
   InterruptWatch watch{program, *this, model_};

@@ -6,6 +6,7 @@
 
 #include "panels/common/register_panel.h"
 #include "panels/single_channel/calculator_block.h"
+#include "panels/single_channel/cycle_reading.h"
 
 namespace varzelin {
 
@@ -73,7 +74,6 @@ class frmKVT71338 final : public RegisterPanel {
   void rebuild_scales(double full_scale_lux);
   // What the check boxes say is to be sent before a reading, with its waits.
   void send_triggers();
-  void show_cycle_bytes();
   void show_layout(bool full);
 
   // What a loop does of what was asked for meanwhile.
@@ -171,10 +171,7 @@ class frmKVT71338 final : public RegisterPanel {
       *this, "cmdSetIntLow", {.Caption = "Write Low Int Limit b011", .Visible = false}};
   CommandButton cmdClearInt{*this, "cmdClearInt", {.Caption = "Clear Int", .Visible = false}};
 
-  Label lblICycHex{*this, "lblICycHex", {.Caption = "Integration Count Hex"}};
-  TextBox txtICycHex{*this, "txtICycHex"};
-  Label lblICYCDec{*this, "lblICYCDec", {.Caption = "Integration Count Dec"}};
-  TextBox txtICYCDec{*this, "txtICYCDec"};
+  CycleReading cycle_reading{program, *this};
 
   Timer TimerIPol{*this, "TimerIPol", {.Enabled = false, .Interval = 250}};
 

@@ -58,17 +58,10 @@ void frmKVT71338::Record_Triggered_Light_Count() {
   if (store.ReadTimeBase != 0) {
     // Not of this reply: what was last read as a second count, which this panel never does.
     store.Sample_Value2[slot()] = store.RawReading2;
-    show_cycle_bytes();
+    cycle_reading.show(1);
   }
   disconnect_by_rule();
   store.TriggerDone = false_flag;
-}
-
-void frmKVT71338::show_cycle_bytes() {
-  txtSampleByte(3).Text = forms::Hex2(reply(1));
-  txtSampleByte(4).Text = forms::Hex(reply(2));
-  show_count_of_bytes(txtSampleByte(4), txtSampleByte(3), txtICycHex, txtICYCDec);
-  if (txtICycHex.Text == "000") txtICycHex.Text = "00";
 }
 
 // --- real time ---
