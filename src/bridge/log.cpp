@@ -46,6 +46,12 @@ void Log_Info(Program& program, std::string_view message) {
   Log_Line(program, log_box(program), message, crlf, false);
 }
 
+void Log_Put_Aside(Program& program) {
+  for (const auto& [path, earlier] : program.runtime.files.take_put_aside()) {
+    Log_Info(program, path + " isn't written whole, what it held before is in " + earlier);
+  }
+}
+
 std::string Stat_Text(Program& program, boards::Status status) {
   const std::string text = program.driver.VB_Stat2Str(status);
   return text.substr(0, text.find('\0'));

@@ -24,6 +24,9 @@ void Log_Err(Program& program, std::string_view message);
 // Writes the line, no lamp.
 void Log_Info(Program& program, std::string_view message);
 
+// After a file could not be written: where the content is that it had before, an entry for each file.
+void Log_Put_Aside(Program& program);
+
 // The driver's words for a status, cut at the first zero character.
 std::string Stat_Text(Program& program, boards::Status status);
 

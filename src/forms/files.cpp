@@ -6,43 +6,20 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
+#include <utility>
 
 #include "forms/errors.h"
+#include "forms/overwriting.h"
+#include "forms/system_file.h"
 
 namespace forms {
 namespace {
 
 constexpr int last_file_number = 255;
 constexpr std::size_t buffer_size = 65536;
-
-// A system error while a file is opened, read or written.
-[[noreturn]] void raise_system_error(int system_error) {
-  switch (system_error) {
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case ETXTBSY:
-      raise_error(permission_denied);
-    case ENOTDIR:
-      raise_error(path_not_found);
-    case EISDIR:
-    case ELOOP:
-    case ENXIO:
-      raise_error(path_file_access_error);
-    case ENAMETOOLONG:
-    case EILSEQ:
-      raise_error(bad_file_name_or_number);
-    case EMFILE:
-    case ENFILE:
-      raise_error(too_many_files);
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      raise_error(disk_full);
-    default:
-      raise_error(device_io_error);
-  }
-}
+// What is printed is written at once up to here, so that no other program's lines come between.
+constexpr std::size_t most_kept_back = 1024 * 1024;
 
 bool is_there(const std::string& path) {
   struct stat info;
@@ -63,49 +40,19 @@ std::string folder_of(const std::string& path) {
 int open_flags(Files::Mode mode) {
   // O_NONBLOCK: a FIFO that took the file's place since it was looked at must not block.
   constexpr int always = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-  switch (mode) {
-    case Files::Mode::Input:
-      return always | O_RDONLY;
-    case Files::Mode::Output:
-      return always | O_WRONLY | O_CREAT;
-    case Files::Mode::Append:
-      break;
-  }
-  return always | O_WRONLY | O_CREAT | O_APPEND;
+  return always | (mode == Files::Mode::Input ? O_RDONLY : O_WRONLY | O_CREAT | O_APPEND);
 }
 
-// The system's handle of a file, closed when it goes.
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int get() const { return descriptor_; }
-  // False on failure, which is told by errno.
-  bool close() {
-    const int result = ::close(descriptor_);
-    descriptor_ = -1;
-    return result == 0;
-  }
-
- private:
-  int descriptor_;
-};
-
 // Opens a plain file and nothing else.
-int open_plain_file(const std::string& path, Files::Mode mode) {
+Descriptor open_plain_file(const std::string& path, Files::Mode mode) {
   struct stat info;
   if (::stat(path.c_str(), &info) == 0) {
     if (!S_ISREG(info.st_mode)) raise_error(path_file_access_error);
   } else if (errno != ENOENT) {
     raise_system_error(errno);
   }
-  const int descriptor = ::open(path.c_str(), open_flags(mode), 0666);
-  if (descriptor >= 0) return descriptor;
+  Descriptor file(::open(path.c_str(), open_flags(mode), 0666));
+  if (file.get() >= 0) return file;
   if (errno == ENOENT) raise_missing(path, mode);
   raise_system_error(errno);
 }
@@ -113,9 +60,30 @@ int open_plain_file(const std::string& path, Files::Mode mode) {
 }  // namespace
 
 struct Files::OpenFile {
-  OpenFile(int descriptor, Mode file_mode) : file(descriptor), mode(file_mode) {
-    if (::fstat(file.get(), &identity) != 0) raise_system_error(errno);
+  OpenFile(const std::string& file_path, Mode file_mode)
+      : path(file_path), mode(file_mode), file(open_plain_file(path, mode)) {
+    identify();
+  }
+
+  void identify() {
+    if (::fstat(descriptor(), &identity) != 0) raise_system_error(errno);
     if (!S_ISREG(identity.st_mode)) raise_error(path_file_access_error);
+  }
+
+  void begin_anew() {
+    overwriting.emplace(std::move(file), path);
+    identify();
+  }
+
+  int descriptor() const { return overwriting ? overwriting->descriptor() : file.get(); }
+
+  void close() {
+    if (mode != Mode::Input) flush();
+    if (overwriting) {
+      overwriting->finish();
+    } else if (!file.close() && errno != EINTR) {
+      raise_system_error(errno);
+    }
   }
 
   bool is_same_file(const OpenFile& other) const {
@@ -129,7 +97,7 @@ struct Files::OpenFile {
     position = 0;
     ssize_t count = 0;
     do {
-      count = ::read(file.get(), buffer.data(), buffer.size());
+      count = ::read(descriptor(), buffer.data(), buffer.size());
     } while (count < 0 && errno == EINTR);
     buffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     if (count < 0) raise_system_error(errno);
@@ -172,7 +140,7 @@ struct Files::OpenFile {
   // Writes what is kept back. What can't be written stays.
   void flush() {
     while (!buffer.empty()) {
-      const ssize_t count = ::write(file.get(), buffer.data(), buffer.size());
+      const ssize_t count = ::write(descriptor(), buffer.data(), buffer.size());
       if (count >= 0) {
         buffer.erase(0, static_cast<std::size_t>(count));
       } else if (errno != EINTR) {
@@ -181,9 +149,12 @@ struct Files::OpenFile {
     }
   }
 
-  Descriptor file;
-  Mode mode;
+  const std::string path;
+  const Mode mode;
+  Descriptor file;  // of a file that isn't written anew
+  std::optional<Overwriting> overwriting;
   struct stat identity {};
+  bool told = false;         // where its earlier content is
   std::string buffer;        // read and not yet taken, or printed and not yet written
   std::size_t position = 0;  // reading: the next character in the buffer
 };
@@ -209,11 +180,11 @@ void Files::Open(std::string_view path_text, Mode mode, int number) {
   if (number < 1 || number > last_file_number || !possible) raise_error(bad_file_name_or_number);
   if (open_.contains(number)) raise_error(file_already_open);
 
-  auto file = std::make_unique<OpenFile>(open_plain_file(std::string(path_text), mode), mode);
+  auto file = std::make_unique<OpenFile>(std::string(path_text), mode);
   for (const auto& [other_number, other] : open_)
     if (file->is_same_file(*other)) raise_error(file_already_open);
-  // Emptied only now, so that a file that is open already keeps what it has.
-  if (mode == Mode::Output && ::ftruncate(file->file.get(), 0) != 0) raise_system_error(errno);
+  // Begun anew only now, so that a file that is open already keeps what it has.
+  if (mode == Mode::Output) file->begin_anew();
   open_.emplace(number, std::move(file));
 }
 
@@ -222,8 +193,22 @@ void Files::Close(int number) {
   if (found == open_.end()) return;
   const auto file = std::move(found->second);
   open_.erase(found);
-  if (file->mode != Mode::Input) file->flush();
-  if (!file->file.close() && errno != EINTR) raise_system_error(errno);
+  try {
+    file->close();
+  } catch (const RunTimeError&) {
+    note_put_aside(*file);
+    throw;
+  }
+}
+
+void Files::note_put_aside(OpenFile& file) {
+  if (!file.overwriting || file.overwriting->put_aside().empty() || std::exchange(file.told, true)) return;
+  left_.push_back({file.path, file.overwriting->put_aside()});
+}
+
+std::vector<Files::PutAside> Files::take_put_aside() {
+  for (const auto& [number, file] : open_) note_put_aside(*file);
+  return std::exchange(left_, {});
 }
 
 bool Files::Eof(int number) {
@@ -257,7 +242,7 @@ std::string Files::InputItem(int number) {
 void Files::PrintLine(int number, std::string_view text) {
   OpenFile& file = get(number);
   if (file.mode == Mode::Input) raise_error(bad_file_mode);
-  if (file.buffer.size() >= buffer_size) file.flush();
+  if (file.buffer.size() >= most_kept_back) file.flush();
   file.buffer.append(text).append("\r\n");
 }
 

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace forms {
 
@@ -27,16 +28,19 @@ class Files {
   // The lowest number not in use, from 1; raises too_many_files beyond 255.
   int FreeFile() const;
 
-  // Output empties the file, Append writes behind its end; both create a missing one.
+  // Output empties the file, Append writes behind its end; both create a missing one. What Output finds in
+  // the file is put aside beside it until the file is closed (forms/overwriting.h).
   //
   // Raises bad_file_name_or_number (number outside 1..255; empty, overlong or otherwise impossible
   // path), file_already_open (this number is in use, or this file is open under another, by whatever
   // path; the file is left as it is), file_not_found (input of a missing file), path_not_found (missing
   // folder), permission_denied, path_file_access_error (a directory, or anything else that isn't a
-  // plain file: never opened, so that nothing hangs on a FIFO or a device), too_many_files, disk_full.
+  // plain file: never opened, so that nothing hangs on a FIFO or a device), too_many_files, disk_full;
+  // and permission_denied where two programs overwrite a file whose folder takes no other one.
   void Open(std::string_view path, Mode mode, int number);
   // Closing a number that isn't open does nothing. What was printed reaches the file at the latest
-  // here: raises disk_full or device_io_error when it can't, and the file is closed all the same.
+  // here: raises disk_full or device_io_error when it can't, and the file is closed all the same. What was
+  // put aside then stays; so it does when the file is never closed.
   void Close(int number);
   // True when nothing is left to read, and always for a file open for writing.
   bool Eof(int number);
@@ -52,11 +56,21 @@ class Files {
   // one was not taken.
   void PrintLine(int number, std::string_view text);
 
+  // Files that were opened for output and are still open or couldn't be written whole, and where the content
+  // is that they had before. Each is told once.
+  struct PutAside {
+    std::string path;
+    std::string earlier;
+  };
+  std::vector<PutAside> take_put_aside();
+
  private:
   struct OpenFile;
   OpenFile& get(int number) const;
   OpenFile& get_for_input(int number) const;
+  void note_put_aside(OpenFile& file);
   std::map<int, std::unique_ptr<OpenFile>> open_;
+  std::vector<PutAside> left_;
 };
 
 }  // namespace forms

@@ -1,6 +1,7 @@
 // The workbench's communications test, its setup files and the scrolling of its table.
 #include <algorithm>
 
+#include "bridge/log.h"
 #include "bridge/text_utilities.h"
 #include "bridge/transfer.h"
 #include "workbench/connection_rule.h"
@@ -138,7 +139,12 @@ void frmI2C_General::mnuSetup_Save_Click() {
     if (error.number == CommonDialog::cancel_was_selected) return;
     throw;
   }
-  Save_Table(runtime().files, CommonDialog1.FileName);
+  try {
+    Save_Table(runtime().files, CommonDialog1.FileName);
+  } catch (const forms::RunTimeError&) {
+    Log_Put_Aside(program);
+    throw;
+  }
 }
 
 // --- scrolling ---

@@ -329,7 +329,7 @@ TEST_F(FilesTest, ALineThatFailsForAFullDiskIsNotTaken) {
   {
     const FileSizeLimit limit(1024);
     files.Open(path("out.txt"), Mode::Output, 1);
-    while (error == 0 && accepted < 1000) {
+    while (error == 0 && accepted < 2000) {
       error = error_of([&] { files.PrintLine(1, kilobyte); });
       if (error == 0) ++accepted;
     }

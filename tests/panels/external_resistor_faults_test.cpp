@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "support/kvt71338_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace varzelin::testing {
 namespace {
@@ -10,19 +11,15 @@ namespace {
 // --- the measurement file ---
 
 struct Kvt71338Recording : Kvt71338 {
-  const std::string path = ::testing::TempDir() + "kvt71338_data.txt";
+  const TemporaryFolder folder;
+  const std::string path = folder.path("Data.txt");
 
   void SetUp() override {
     Kvt71338::SetUp();
-    std::filesystem::remove(path);
     panel->txtFilePath.Text = path;
     store.Sample_Count = 30;
   }
-  void TearDown() override { std::filesystem::remove(path); }
-  std::string content() const {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string content() const { return TemporaryFolder::content(path); }
 };
 
 // The header wants a second register, which this panel doesn't have.
@@ -35,6 +32,10 @@ TEST_F(Kvt71338Recording, FailsOverTheMissingRegister) {
   EXPECT_FALSE(panel->cmdCollectData.Enabled);
   EXPECT_TRUE(user.errors.empty());
   EXPECT_EQ(content(), "");  // opened, and nothing written
+  EXPECT_EQ(TemporaryFolder::content(path + "~"), "what stood there");
+  EXPECT_TRUE(log().ends_with(path + " isn't written whole, what it held before is in " + path +
+                              "~ :" + "11-25-2008 14:03:07\r\n\r\n"))
+      << log();
 }
 
 TEST_F(Kvt71338Recording, FailsOverTheOpenFileTheSecondTime) {
@@ -49,7 +50,6 @@ TEST_F(Kvt71338Recording, FailsOverTheOpenFileTheSecondTime) {
   panel->txtFilePath.Text = path + "2";
   click(panel->cmdStartRec(0));
   EXPECT_EQ(user.boxes.back().text, forms::error_text(forms::no_such_element));
-  std::filesystem::remove(path + "2");
 }
 
 TEST_F(Kvt71338Recording, KeepsWhatIsThereWithAppend) {

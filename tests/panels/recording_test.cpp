@@ -173,7 +173,9 @@ TEST_P(PanelRecording, AFileThatIsStillOpenIsRefused) {
 }
 
 // A disk that fills up, played by the process's own limit.
-TEST_P(PanelRecording, AFullDiskIsTold) {
+TEST_P(PanelRecording, AFullDiskIsToldAndKeepsTheEarlierFile) {
+  samples(20);
+  write();
   samples(1010);
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
@@ -187,6 +189,9 @@ TEST_P(PanelRecording, AFullDiskIsTold) {
   EXPECT_EQ(user.boxes[0].text, "Disk full");
   expect_buttons(false);
   EXPECT_TRUE(user.errors.empty());
+  EXPECT_EQ(content(path + "~"), nine_lines);
+  EXPECT_NE(log().find(path + " isn't written whole, what it held before is in " + path + "~ :"),
+            std::string::npos);
 }
 
 TEST_P(PanelRecording, BrowsingAsksForAFileAndCancelKeepsTheName) {

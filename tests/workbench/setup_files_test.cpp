@@ -1,4 +1,5 @@
 // Setup files of the workbench: reading one into the register table, and saving.
+#include "support/failing_disk.h"
 #include "support/temporary_folder.h"
 #include "support/workbench_fixture.h"
 
@@ -276,6 +277,17 @@ TEST_F(SetupFiles, CancelInTheSaveDialogSavesNothing) {
 TEST_F(SetupFiles, ASaveThatFailsIsReported) {
   save(folder.path("no folder/x.kvt"));
   EXPECT_EQ(user.errors, std::vector<int>{forms::path_not_found});
+}
+
+TEST_F(SetupFiles, ASaveThatDoesNotReachTheDiskKeepsTheEarlierFile) {
+  const std::string full = folder.make("full.kvt", "t,88");
+  {
+    const FailingDisk disk(S_IFREG);
+    save(full);
+  }
+  EXPECT_EQ(user.errors, std::vector<int>{forms::device_io_error});
+  EXPECT_EQ(folder.content(full + "~"), "t,88");
+  EXPECT_NE(bench.Txtlog.Text.get().find("what it held before is in " + full + "~ :"), std::string::npos);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // The measurement file of a sensor panel: written after the fact from the samples that a loop left.
+#include "bridge/log.h"
 #include "panels/common/sensor_panel.h"
 
 namespace varzelin {
@@ -36,6 +37,7 @@ void SensorPanel::cmdStartRec_Click(int /*Index*/) {
     cmdCollectData.Enabled = true;
     cmdSample.Enabled = true;
   } catch (const forms::RunTimeError& error) {
+    Log_Put_Aside(program);
     MsgBox(error.text);
   }
 }
