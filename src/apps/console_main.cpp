@@ -1,6 +1,7 @@
 // The console program: commands on standard input, answers on standard output.
 
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include "boards/recording/recording_board.h"
+#include "boards/recording/recording_file.h"
 #include "boards/recording/replaying_board.h"
 #include "boards/simulated/simulated_board.h"
 #include "boards/usb/usb_board.h"
@@ -22,7 +24,7 @@ constexpr const char* program_name = "varzelin-als-console";
 
 enum ExitStatus { success = 0, could_not_start = 1, bad_arguments = 2, recording_failed = 3 };
 
-int fail(ExitStatus status, std::string_view why) {
+ExitStatus fail(ExitStatus status, std::string_view why) {
   std::cerr << program_name << ": " << why << '\n';
   return status;
 }
@@ -40,26 +42,55 @@ std::unique_ptr<boards::Driver> make_board(const console::Options& options, form
   return std::make_unique<boards::ReplayingBoard>(file, clock);
 }
 
-void run_console(forms::Clock& clock, boards::Driver& driver, boards::SimulatedBoard* bench) {
+// What the program is run with.
+struct Setting {
+  forms::Clock& clock;
+  boards::SimulatedBoard* bench;
+};
+
+void run_console(const Setting& setting, boards::Driver& driver) {
   driver.on_advice = [](const std::string& text) { std::cerr << program_name << ": " << text << std::endl; };
   console::DescriptorLines lines(STDIN_FILENO);
-  console::Console console(clock, driver, lines, std::cout, bench);
+  console::Console console(setting.clock, driver, lines, std::cout, setting.bench);
   varzelin::add_forms(console.program());
   console.run(varzelin::start);
 }
 
+ExitStatus record_console(const Setting& setting, boards::Driver& board, const std::string& path) {
+  boards::RecordingFile file(path);
+  const auto not_whole = [&] {
+    const std::string earlier = file.earlier();
+    return fail(recording_failed,
+                "the recording could not be written whole" +
+                    (earlier.empty() ? "" : "; what " + path + " held before is in " + earlier));
+  };
+  try {
+    boards::RecordingBoard recording(board, setting.clock, file.out());
+    run_console(setting, recording);
+  } catch (...) {
+    not_whole();
+    throw;
+  }
+  return file.finish() ? success : not_whole();
+}
+
+bool is_same_file(const std::string& one, const std::string& other) {
+  std::error_code missing;
+  return std::filesystem::equivalent(one, other, missing);
+}
+
+// The exit status.
 int run(const console::Options& options) {
+  if (is_same_file(options.replayed_file, options.recorded_file)) {
+    return fail(bad_arguments, "--record onto the recording that is replayed");
+  }
   const auto clock = make_clock(options.virtual_clock);
   const auto board = make_board(options, *clock);
-  auto* bench = dynamic_cast<boards::SimulatedBoard*>(board.get());
+  const Setting setting{*clock, dynamic_cast<boards::SimulatedBoard*>(board.get())};
   if (options.recorded_file.empty()) {
-    run_console(*clock, *board, bench);
-  } else {
-    std::ofstream file(options.recorded_file);
-    if (!file) return fail(could_not_start, "can't write " + options.recorded_file);
-    boards::RecordingBoard recording(*board, *clock, file);
-    run_console(*clock, recording, bench);
-    if (!file) return fail(recording_failed, "the recording could not be written whole");
+    run_console(setting, *board);
+  } else if (const ExitStatus status = record_console(setting, *board, options.recorded_file)) {
+    return status;
   }
   auto* replay = dynamic_cast<boards::ReplayingBoard*>(board.get());
   if (!replay) return success;

@@ -23,8 +23,9 @@ expect_errors() {
   fi
 }
 
-errors=$(mktemp)
-trap 'rm -f "$errors"' EXIT
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+errors=$folder/errors
 
 expect 0 'ok true\nok' 'get frmStartup.Visible\nquit\nget frmStartup.Visible\n'
 expect_errors 0
@@ -40,8 +41,7 @@ for arguments in '--board usb --clock virtual' '--clock virtual --board usb' '--
 done
 expect 0 'ok' 'quit\n' --board usb
 
-recording=$(mktemp)
-trap 'rm -f "$errors" "$recording"' EXIT
+recording=$folder/recording
 choose='click frmStartup.cboDeviceSelect 0\nget frmKVT71346.Visible\n'
 expect 0 'ok\nok true' "$choose" --record "$recording"
 expect 0 'ok\nok true\nerror no simulated board' "$choose"'board clear\n' --board "replay=$recording"
@@ -55,5 +55,24 @@ expect 1 '' 'quit\n' --board "replay=$recording/none"
 expect_errors 1
 expect 1 '' 'quit\n' --record "$recording/none"
 expect_errors 1
+# A file that a recording replaces stays beside it until the recording is whole.
+expect 0 'ok\nok true' "$choose" --record "$recording"
+expect 0 'ok\nok true' "$choose" --record "$recording"
+cp "$recording" "$folder/good"
+ls "$folder" | grep -q '~' && { echo "FAILED: left: $(ls "$folder")"; failed=1; }
+(trap '' XFSZ; ulimit -f 1 && expect 3 'ok\nok true' "$choose" --record "$recording" && exit $failed) || failed=1
+grep -q "is in $recording~\$" "$errors" || { echo "FAILED: nothing says where it is: $(cat "$errors")"; failed=1; }
+cmp "$recording~" "$folder/good" || failed=1
+ln "$folder/good" "$folder/its-link"
+expect 2 '' 'quit\n' --board "replay=$folder/good" --record "$folder/its-link"
+expect_errors 1
+cmp "$recording~" "$folder/good" || failed=1
+expect 0 'ok\nok true' "$choose" --board "replay=$folder/good" --record "$folder/again"
+expect 0 'ok' 'quit\n' --record /dev/null
+mkfifo "$folder/pipe"
+cat "$folder/pipe" >"$folder/came" &
+expect 0 'ok\nok true' "$choose" --record "$folder/pipe"
+wait
+cmp "$folder/came" "$folder/good" || failed=1
 "$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
 exit $failed
