@@ -185,8 +185,14 @@ QWidget* Arranger::without_room(QWidget* widget) {
   return widget;
 }
 
-QLayout* Arranger::lamp(QWidget* lamp, QWidget* caption) {
-  if (const auto* words = qobject_cast<QLabel*>(caption)) lamp->setAccessibleName(words->text());
+QWidget* Arranger::name_lamp(QWidget* lamp, const QString& name, const LampWords& words) {
+  lamp->setAccessibleName(name);
+  dynamic_cast<Lamp&>(*lamp).set_words(words);
+  return lamp;
+}
+
+QLayout* Arranger::lamp(QWidget* lamp, QWidget* caption, const LampWords& words) {
+  if (const auto* label = qobject_cast<QLabel*>(caption)) name_lamp(lamp, label->text(), words);
   return row({lamp, {caption, 1}});
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "forms/form.h"
+#include "window/lamp.h"
 
 class QGridLayout;
 class QGroupBox;
@@ -86,8 +87,10 @@ class Arranger {
   QWidget* aligned_by_blanks(QWidget* widget);
   // A control that has nothing to show, or is shown by other widgets.
   QWidget* without_room(QWidget* widget);
+  // A lamp's name, and what its colours mean.
+  static QWidget* name_lamp(QWidget* lamp, const QString& name, const LampWords& words);
   // A lamp with its caption; the caption names it.
-  QLayout* lamp(QWidget* lamp, QWidget* caption);
+  QLayout* lamp(QWidget* lamp, QWidget* caption, const LampWords& words = action_words);
 
   // Controls that need a place and have none.
   std::vector<forms::Control*> left_over() const;

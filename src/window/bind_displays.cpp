@@ -1,4 +1,5 @@
 // Kinds that show something: labels, frames, lamps and pictures.
+#include <QAccessible>
 #include <QGroupBox>
 #include <QLabel>
 
@@ -22,7 +23,11 @@ class LabelBinding final : public Binding {
 
   void show() override {
     const QString caption = to_plain_caption(label_.Caption.get());
-    if (caption != text_->text()) text_->setText(caption);
+    if (caption != text_->text()) {
+      text_->setText(caption);
+      QAccessibleEvent said(text_, QAccessible::NameChanged);  // with a name of its own Qt tells no change
+      if (!text_->accessibleName().isEmpty()) QAccessible::updateAccessibility(&said);
+    }
     show_colors();
     Binding::show();
   }

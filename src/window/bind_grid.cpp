@@ -28,6 +28,22 @@ Qt::Alignment to_qt(forms::Align align) {
   return Qt::AlignLeft | Qt::AlignVCenter;
 }
 
+// What a cell's colour says of it; nothing for a colour that is no verdict.
+QString verdict_of(const forms::GridCell& cell) {
+  if (cell.back == forms::clr_green) return "pass";
+  return cell.back == forms::clr_red ? "fail" : QString();
+}
+
+// A row fails with any of its cells.
+QString verdict_of(const forms::Grid& grid, int row) {
+  QString verdict;
+  for (int column = 1; column <= grid.Columns() && verdict != "fail"; ++column) {
+    const QString of_cell = verdict_of(grid.cell(row, column));
+    if (!of_cell.isEmpty()) verdict = of_cell;
+  }
+  return verdict;
+}
+
 // Keeps the colour of a cell in the selected row: it tells how a read went.
 class CellColours final : public QStyledItemDelegate {
  public:
@@ -151,6 +167,8 @@ class GridBinding final : public Binding {
     }
     const forms::GridCell& cell = grid_.cell(row, column);
     item->setText(window::to_qt(cell.text));
+    const QString verdict = column == 1 ? verdict_of(grid_, row) : verdict_of(cell);
+    item->setData(Qt::AccessibleTextRole, verdict.isEmpty() ? QVariant() : item->text() + ", " + verdict);
     item->setToolTip(item->text());
     item->setTextAlignment(to_qt(cell.align));
     item->setBackground(cell.back ? QBrush(window::to_qt(*cell.back)) : QBrush());

@@ -11,6 +11,7 @@
 #include "window/arranger.h"
 #include "window/layouts/layouts.h"
 #include "window/look.h"
+#include "window/names.h"
 
 namespace window {
 
@@ -64,14 +65,26 @@ void FormWindow::arrange() {
   show_all();
 }
 
-// A screen reader's name for each widget: its own words, the layout's caption beside it, its tool tip,
-// or else its control's name.
+namespace {
+
+// It tells its own words, or only holds others.
+bool needs_no_name(const QWidget& widget) {
+  if (qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLabel*>(&widget)) return true;
+  const auto* group = qobject_cast<const QGroupBox*>(&widget);
+  return (group && !group->title().isEmpty()) || widget.layout();
+}
+
+}  // namespace
+
+// A screen reader's name for each widget: that of the table of names, the layout's caption beside it, its own
+// words, its tool tip, or else its control's name.
 void FormWindow::name_widgets() {
   for (const auto& [control, binding] : bindings_) {
     QWidget* widget = binding->widget();
-    if (!widget || !widget->accessibleName().isEmpty()) continue;
-    const auto* label = qobject_cast<QLabel*>(widget);
-    if (qobject_cast<QAbstractButton*>(widget) || (label && !label->text().isEmpty())) continue;
+    if (!widget) continue;
+    const std::string_view name = name_of(form_.name(), control->full_name());
+    if (!name.empty()) widget->setAccessibleName(to_qt(std::string(name)));
+    if (!widget->accessibleName().isEmpty() || needs_no_name(*widget)) continue;
     const QString tip = widget->toolTip();
     widget->setAccessibleName(tip.isEmpty() ? to_qt(control->full_name()) : tip);
   }

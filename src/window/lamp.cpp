@@ -1,5 +1,6 @@
 #include "window/lamp.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QRadialGradient>
 
@@ -16,7 +17,16 @@ void Lamp::set_color(forms::Color color) {
   if (color == color_) return;
   color_ = color;
   setAccessibleDescription(lamp_words(color));
+  QAccessibleEvent said(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&said);
   update();
+}
+
+QString Lamp::meaning() const {
+  const forms::Color shown = forms::resolved(color_);
+  if (shown == forms::clr_black) return words_.off;
+  if (shown == forms::clr_red) return words_.red;
+  return shown == forms::clr_dark_green ? words_.dark_green : words_.light_green;
 }
 
 QSize Lamp::sizeHint() const {

@@ -4,11 +4,13 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QPixmap>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QWidget>
 #include <array>
 
 #include "shell/application.h"
+#include "window/accessibility.h"
 #include "window/emblem.h"
 
 namespace window {
@@ -33,6 +35,11 @@ QString to_plain_caption(const std::string& caption) {
   return to_caption(caption).replace("&&", "&");
 }
 
+QString without_key(const QString& text) {
+  static const QRegularExpression marks("&(.)");
+  return QString(text).replace(marks, "\\1");
+}
+
 QString lamp_words(forms::Color color) {
   static constexpr std::array words{
       "off",  "dark blue", "dark green",  "dark cyan", "dark red", "purple",  "dark yellow", "light grey",
@@ -49,6 +56,7 @@ QSize on_screen(const QWidget& window, QSize size) {
 }
 
 void set_look(QApplication& application) {
+  install_accessibility();
   QApplication::setStyle("fusion");
   QApplication::setApplicationName(varzelin::application_title);
   // Each program's desktop file has the program's name.

@@ -27,6 +27,9 @@ QString to_caption(const std::string& caption);
 // The same for labels, which mark no key.
 QString to_plain_caption(const std::string& caption);
 
+// A widget's text without the marks of its key.
+QString without_key(const QString& text);
+
 // A lamp's colour in words: "off", "light green", "red", ...
 QString lamp_words(forms::Color color);
 

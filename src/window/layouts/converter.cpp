@@ -92,9 +92,7 @@ QGroupBox* pair_frame(Arranger& place) {
     return row({field.caption, field.widget});
   };
   const auto over_range = [&](int index, const QString& name) {
-    QWidget* lamp = place("ShpOVRange", index);
-    lamp->setAccessibleName(name);
-    return lamp;
+    return place.name_lamp(place("ShpOVRange", index), name, over_words);
   };
   QLayout* over =
       row({place("lblOVRange"), over_range(0, "Proximity over range"), over_range(1, "Infrared over range")});

@@ -37,7 +37,7 @@ QGroupBox* parameters(Arranger& place) {
 }
 
 QGroupBox* status(Arranger& place) {
-  QLayout* pin = place.lamp(place("ShpINTexternal"), place.text("Pin 7"));
+  QLayout* pin = place.lamp(place("ShpINTexternal"), place.text("Pin 7"), pin_words);
   QLayout* sampled = place.lamp(place("ShpIndrd", sample_lamp), place.text("Pin Sampled"));
   return place.frame("Frame3",
                      column({row({pin, sampled}), row({place("cmdSampleII"), place("cmdClearIntr")})}));
@@ -72,7 +72,7 @@ QGroupBox* saved(Arranger& place) {
 QGroupBox* steps(Arranger& place) {
   QBoxLayout* lines = column({});
   for (const int i : place.elements_of("lblStep")) {
-    lines->addLayout(place.lamp(place("ShpIndrd", i), place("lblStep", i)));
+    lines->addLayout(place.lamp(place("ShpIndrd", i), place("lblStep", i), step_words));
   }
   return place.group("Steps", lines);
 }
@@ -112,7 +112,7 @@ QGroupBox* solution(Arranger& place, const char* title, const char* array, int f
   }
   QBoxLayout* lamps = row({});
   for (const int i : {first_lamp, first_lamp + 1}) {
-    lamps->addLayout(place.lamp(place("ShpALSCompare", i), place("lblALSCompare", i)));
+    lamps->addLayout(place.lamp(place("ShpALSCompare", i), place("lblALSCompare", i), yes_words));
   }
   grid->addLayout(lamps, line, 0, 1, 2);
   return place.group(title, grid);
@@ -139,7 +139,7 @@ QLayout* arrange_interrupt_test(Arranger& place) {
   QLayout* left = column({thresholds(place), option_frame(place, "Frame4", "OptResolution", 2),
                           parameters(place), status(place), Part::room()});
   QLayout* right = column({{course(place), 1}, saved(place)});
-  QLayout* attached = place.lamp(place("ShpAttach"), place.text("USB Comm"));
+  QLayout* attached = place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words);
   return column({row({left, {right, 1}}), attached});
 }
 

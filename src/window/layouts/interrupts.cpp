@@ -21,8 +21,8 @@ QGroupBox* interrupt_status_group(Arranger& place) {
   QWidget* polled = place("ShpISample");
   polled->setAccessibleName("Interrupt polled");
   return place.group("Interrupt Status",
-                     column({row({place.lamp(place("ShpINt"), place("lblINt")),
-                                  place.lamp(place("ShpINTexternal"), place("lblINTexternal"))}),
+                     column({row({place.lamp(place("ShpINt"), place("lblINt"), flag_words),
+                                  place.lamp(place("ShpINTexternal"), place("lblINTexternal"), pin_words)}),
                              row({place("cmdSample_Portb"), pins, Part::room(), place("cmdClrInt")}),
                              row({polled, place("ChkIpol"), Part::room()}), Part::room()}));
 }

@@ -82,10 +82,11 @@ QLayout* limits(Arranger& place) {
 QLayout* status(Arranger& place) {
   QWidget* sampled = place("ShpIndrd", pin_lamp);
   sampled->setAccessibleName("Interrupt pin sampled");
-  return column({row({place("lblStatus"), Part::room(), place.lamp(place("ShpINt"), place("lblINt")),
-                      place.lamp(place("ShpINTexternal"), place("lblINTexternal"))}),
-                 place("cmdSampleIIIntr"), place("cmdSampleInterrupt"),
-                 row({place("ChkSampleInt"), Part::room(), sampled}), Part::room()});
+  return column(
+      {row({place("lblStatus"), Part::room(), place.lamp(place("ShpINt"), place("lblINt"), flag_words),
+            place.lamp(place("ShpINTexternal"), place("lblINTexternal"), pin_words)}),
+       place("cmdSampleIIIntr"), place("cmdSampleInterrupt"),
+       row({place("ChkSampleInt"), Part::room(), sampled}), Part::room()});
 }
 
 // How the limits are to be understood, with room for the longest words.

@@ -102,7 +102,7 @@ namespace {
 
 QLayout* status_line(Arranger& place) {
   QWidget* heartbeat = place.keep_room(place("shpSample"));
-  heartbeat->setAccessibleName("Sampling");
+  place.name_lamp(heartbeat, "Sampling", heartbeat_words);
   auto* status = place.as<QLabel>("Label18");
   auto* count = place.as<QLabel>("lblLoop_Count");
   count->setAccessibleName("Captured Readings");
@@ -112,8 +112,8 @@ QLayout* status_line(Arranger& place) {
   verdict->setMinimumSize(8 * verdict->fontMetrics().averageCharWidth(),
                           verdict->fontMetrics().height() + gap);
   place.keep_room(verdict);
-  QBoxLayout* line = row({place.lamp(place("ShpAttach"), place("Label13")),
-                          place.lamp(place("ShpHandleStatus"), place("lblHandleStatus")),
+  QBoxLayout* line = row({place.lamp(place("ShpAttach"), place("Label13"), link_words),
+                          place.lamp(place("ShpHandleStatus"), place("lblHandleStatus"), yes_words),
                           verdict,
                           heartbeat,
                           {status, 1}});

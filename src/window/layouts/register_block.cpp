@@ -24,12 +24,11 @@ std::array<QWidget*, 7> cells_of(const RegisterLine& line) {
 }
 
 void name_widgets(const RegisterLine& line) {
-  for (const auto& [widget, words] : {std::pair{line.write_box, " to write"},
-                                      {line.write_lamp, " written"},
-                                      {line.read_box, " as read"},
-                                      {line.read_lamp, " read"}}) {
-    if (widget) widget->setAccessibleName(line.name + words);
+  for (const auto& [box, words] : {std::pair{line.write_box, " to write"}, {line.read_box, " as read"}}) {
+    if (box) box->setAccessibleName(line.name + words);
   }
+  if (line.write_lamp) Arranger::name_lamp(line.write_lamp, line.name + " written", action_words);
+  if (line.read_lamp) Arranger::name_lamp(line.read_lamp, line.name + " read", read_words);
 }
 
 QGridLayout* table() {

@@ -77,7 +77,7 @@ QLayout* arrange_script_panel(Arranger& place) {
   return column({{grid, 1},
                  row({script, results, {control_frame(place), 1}}),
                  row({send, receive, Part::room()}),
-                 row({place.lamp(place("ShpAttach"), place.text("USB Comm")),
+                 row({place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words),
                       {place("lblLinesLeftOut"), 1},
                       place("Command1")})});
 }

@@ -57,22 +57,22 @@ class FilterTable {
     grid_->setVerticalSpacing(gap);
   }
   // A caption with its box in the next line of a third, and a lamp behind it. Without one, -1.
-  void add(int third, int caption, QWidget* box, int lamp = -1) {
+  void add(int third, int caption, QWidget* box, int lamp = -1, const LampWords& words = action_words) {
     int& line = lines_.at(static_cast<std::size_t>(third));
     const int first = third * (columns + 1);
     const Arranger::Field field = place_.field("lblFilter", caption, place_.digits(count_digits, box));
     grid_->addWidget(field.caption, line, first);
     grid_->addWidget(field.widget, line, first + 1);
-    if (lamp >= 0) grid_->addWidget(named_lamp(lamp, field.caption), line, first + 2);
+    if (lamp >= 0) grid_->addWidget(named_lamp(lamp, field.caption, words), line, first + 2);
     ++line;
   }
   // A caption with a lamp alone.
-  void add(int third, int caption, int lamp) {
+  void add(int third, int caption, int lamp, const LampWords& words) {
     int& line = lines_.at(static_cast<std::size_t>(third));
     const int first = third * (columns + 1);
-    QWidget* words = place_("lblFilter", caption);
-    grid_->addWidget(words, line, first);
-    grid_->addWidget(named_lamp(lamp, words), line, first + 2);
+    QWidget* label = place_("lblFilter", caption);
+    grid_->addWidget(label, line, first);
+    grid_->addWidget(named_lamp(lamp, label, words), line, first + 2);
     ++line;
   }
   QGridLayout* grid() {
@@ -83,10 +83,9 @@ class FilterTable {
  private:
   static constexpr int columns = 3;
 
-  QWidget* named_lamp(int lamp, QWidget* caption) {
-    QWidget* widget = place_.keep_room(place_("ShpInd", lamp));
-    widget->setAccessibleName(static_cast<QLabel*>(caption)->text());
-    return widget;
+  QWidget* named_lamp(int lamp, QWidget* caption, const LampWords& words) {
+    return Arranger::name_lamp(place_.keep_room(place_("ShpInd", lamp)),
+                               static_cast<QLabel*>(caption)->text(), words);
   }
 
   Arranger& place_;
@@ -96,31 +95,31 @@ class FilterTable {
 
 QGroupBox* filter_frame(Arranger& place) {
   FilterTable table(place);
-  table.add(0, 1, place("txtProxHighLimit"), 6);
-  table.add(0, 0, place("txtProxLowLimit"), 7);
+  table.add(0, 1, place("txtProxHighLimit"), 6, range_words);
+  table.add(0, 0, place("txtProxLowLimit"), 7, range_words);
   table.add(0, 4, place("txtCorrectThreshold"));
-  table.add(0, 3, place("txtProxConstant"), 13);
-  table.add(0, 5, place("txtCorrectionConstant"), 19);
+  table.add(0, 3, place("txtProxConstant"), 13, use_words);
+  table.add(0, 5, place("txtCorrectionConstant"), 19, use_words);
   table.add(0, 10, place("txtProxADJ"));
-  table.add(1, 2, place("txtProxDelta"), 14);
+  table.add(1, 2, place("txtProxDelta"), 14, range_words);
   table.add(1, 11, place("txtMaxChange"));
   table.add(1, 12, place("lblProxOvercount"));
   table.add(1, 7, place("txtProxGrossDelta"));
-  table.add(1, 13, 15);
+  table.add(1, 13, 15, action_words);
   table.add(1, 6, place("txtProx_Weight"));
   table.add(2, 14, place("txtPROXGross", 0));
   table.add(2, 15, place("txtPROXGross", 1));
   table.add(2, 16, place("txtPROXGross", 2));
-  table.add(2, 8, place("txtHighThreshold"), 18);
-  table.add(2, 17, 17);
-  table.add(2, 9, place("txtLowThreshold"), 16);
+  table.add(2, 8, place("txtHighThreshold"), 18, yes_words);
+  table.add(2, 17, 17, yes_words);
+  table.add(2, 9, place("txtLowThreshold"), 16, yes_words);
   return place.frame("Frame12", table.grid());
 }
 
 // Whether a pair has settled, and what is taken for that.
 QGroupBox* stability(Arranger& place) {
   QWidget* settled = place("ShpInd", settled_lamp);
-  settled->setAccessibleName("Settled");
+  place.name_lamp(settled, "Settled", yes_words);
   for (const char* name : {"lblStabDif", "txtStabDif", "lblStabDelay", "txtStabDelay"}) {
     place.keep_room(place(name));
   }

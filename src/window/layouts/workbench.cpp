@@ -18,8 +18,8 @@ void add_row(Arranger& place, QGridLayout& grid, int line, int register_row) {
   QWidget* write_lamp = place.keep_room(place("shpBwrite", register_row));
   QWidget* read_lamp = place.keep_room(place("Shape1", register_row));
   const QString suffix = " of row " + QString::number(register_row);
-  write_lamp->setAccessibleName("Write lamp" + suffix);
-  read_lamp->setAccessibleName("Read lamp" + suffix);
+  place.name_lamp(write_lamp, "Write" + suffix, action_words);
+  place.name_lamp(read_lamp, "Read" + suffix, action_words);
   const auto byte = [&](const char* name, const char* words) {
     QWidget* box = place.digits(3, place(name, register_row));
     box->setAccessibleName(words + suffix);
@@ -28,10 +28,10 @@ void add_row(Arranger& place, QGridLayout& grid, int line, int register_row) {
   QWidget* description = place("Reg_Desc", register_row);
   description->setAccessibleName("Description" + suffix);
   grid.addWidget(write_lamp, line, 0);
-  grid.addWidget(byte("txtBWrite", "Write"), line, 1);
-  grid.addWidget(byte("txtRdByte", "Read"), line, 2);
+  grid.addWidget(byte("txtBWrite", "Value to write"), line, 1);
+  grid.addWidget(byte("txtRdByte", "Value read"), line, 2);
   grid.addWidget(read_lamp, line, 3);
-  grid.addWidget(byte("Reg_Adr", "Adr"), line, 4);
+  grid.addWidget(byte("Reg_Adr", "Address"), line, 4);
   grid.addWidget(description, line, 5);
 }
 
@@ -79,7 +79,7 @@ QWidget* register_table(Arranger& place) {
 QLayout* byte_transfer(Arranger& place, QWidget* button, QWidget* value, const QString& words, int lamp) {
   QWidget* result = place("Shape2", lamp);
   value->setAccessibleName(words);
-  result->setAccessibleName(words + " lamp");
+  place.name_lamp(result, words, action_words);
   return column({button, row({place.digits(4, value), result, Part::room()})});
 }
 
@@ -90,20 +90,22 @@ QGroupBox* single_byte_frame(Arranger& place) {
            byte_transfer(place, place("cmdWrite1Byte", 1), place("txtsbwr", 1), "Second value to write", 1),
            byte_transfer(place, place("cmdRead"), place("txtReadByte"), "Value read", 2)});
   auto* count = place.as<QLabel>("lblReadCount");
+  count->setAccessibleName(place.as<QLabel>("lblTransferCount")->text().simplified());
   count->setMinimumWidth(count->fontMetrics().horizontalAdvance("-000"));
   return place.frame("FRGEN", column({row({place("lblUserRegAdr"), address, Part::room(),
-                                           place.lamp(place("Shape3"), place("lblNak"))}),
+                                           place.lamp(place("Shape3"), place("lblNak"), answer_words)}),
                                       transfers, row({place("lblTransferCount"), count, Part::room()})}));
 }
 
 QGroupBox* usb_frame(Arranger& place) {
   QWidget* handle = place("txthDriver");
   handle->setAccessibleName("Driver handle");
-  const auto named = [&](const char* caption, const char* lamp, int index = -1) {
-    return place.lamp(place(lamp, index), place.text(caption));
+  const auto named = [&](const char* caption, const LampWords& words, const char* lamp, int index = -1) {
+    return place.lamp(place(lamp, index), place.text(caption), words);
   };
-  auto* lamps = row({named("Connect", "shpUSBCon", 0), named("Disconnect", "shpUSBCon", 1),
-                     named("Handle", "ShpHandleStatus"), named("Comm", "ShpAttach")});
+  auto* lamps =
+      row({named("Connect", yes_words, "shpUSBCon", 0), named("Disconnect", yes_words, "shpUSBCon", 1),
+           named("Handle", yes_words, "ShpHandleStatus"), named("Comm", link_words, "ShpAttach")});
   return place.frame("fraUsb",
                      column({place("ChKManUsbConn"), row({place("cmdUSBConnect"), place("cmdUSBDisconnect")}),
                              row({place("cbNoc"), {handle, 1}}), lamps}));
@@ -134,7 +136,7 @@ QLayout* arrange_workbench(Arranger& place) {
   log->setMinimumWidth(64 * log->fontMetrics().averageCharWidth());
   auto* log_group =
       place.group("Log", column({{log, 1},
-                                 row({place.lamp(place("shpLogStatus"), place.text("Log status")),
+                                 row({place.lamp(place("shpLogStatus"), place.text("Log status"), log_words),
                                       Part::room(), place("cmdClearLog")})}));
   QLayout* left = column({usb_frame(place), address_frame(place), single_byte_frame(place), {log_group, 1}});
   QLayout* right =

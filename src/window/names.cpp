@@ -1,0 +1,42 @@
+#include "window/names.h"
+
+#include <array>
+
+namespace window {
+namespace {
+
+struct Name {
+  std::string_view form;  // empty: all forms
+  std::string_view control;
+  std::string_view words;
+};
+constexpr std::array names{
+    Name{"frmStartup", "frmRevision", "Chip revision"},
+    Name{"frmScriptOps", "cmdSendSerial", "Send the bytes"},
+    Name{"frmScriptOps", "cmdReceiveSerial", "Receive the bytes"},
+    Name{"frmScriptOps", "Command1", "Exit"},
+    Name{"frmScriptOps", "lblLinesLeftOut", "Lines left out"},
+    Name{"frmI2C_General", "cmdWrite1Byte(0)", "Write the first value"},
+    Name{"frmI2C_General", "cmdWrite1Byte(1)", "Write the second value"},
+    Name{"frmKVT71338", "txtFSR2", "Full Scale (lux) of the factor"},
+    Name{"frmI2C_General", "VScroll1", "Scroll the register table down"},
+    Name{"frmI2C_General", "HScroll1", "Scroll the register table sideways"},
+    Name{"", "ChkEOC1(0)", "First sync"},
+    Name{"", "ChkEOC1(1)", "Second sync"},
+    Name{"", "Label18", "Status"},
+    Name{"", "LblCommTest", "Communications test"},
+    Name{"", "lblCommTest", "Communications test"},
+    Name{"", "cmdProx_IR", "Read Prox-IR"},
+};
+
+}  // namespace
+
+std::string_view name_of(std::string_view form, std::string_view control) {
+  const std::string_view base = form.substr(0, form.find('#'));
+  for (const Name& each : names) {
+    if (each.control == control && (each.form.empty() || each.form == base)) return each.words;
+  }
+  return {};
+}
+
+}  // namespace window
