@@ -86,6 +86,21 @@ TEST_P(Cover, NeitherItsBoxNorACollectionIsInReachMeanwhile) {
 }
 
 // The loop has five hundred yields to end in, of which it is given none back: the user starts anew.
+TEST_P(Cover, ALoopHasFiveHundredYieldsToLeave) {
+  const auto yields_of_a_click = [this](Flag running) {
+    store.Sample_Run = running;
+    const std::int64_t before = user.yields_left;
+    click(cover().ChkCover);
+    return before - user.yields_left;
+  };
+  yields_of_a_click(false_flag);
+  yields_of_a_click(false_flag);
+  const std::int64_t at_rest = yields_of_a_click(false_flag);
+  yields_of_a_click(false_flag);
+  EXPECT_EQ(yields_of_a_click(true_flag) - at_rest, 500);
+  EXPECT_EQ(store.Sample_Run, 0);
+}
+
 TEST_P(Cover, ARunningCollectionIsStopped) {
   measure_by(ir_continuous);
   results(500);
@@ -288,6 +303,20 @@ TEST_P(Cover, APairThatIsChosenUnderACoverComesOnTop) {
   result = [](int operation) { return operation == als_once ? 1000 : operation == ir_once ? 250 : 4096; };
   collect(3);
   EXPECT_EQ(store.Sample_Value[0], 34160);
+}
+
+// The workbook works the lux out, so the reading is none any more.
+TEST_P(Cover, ALightThatIsChosenUnderACoverIsNoReadingInLuxInACollection) {
+  put_on();
+  measure_by(Position::als_once);
+  EXPECT_EQ(store.LuxMode, -1);
+  Flag seen = -1;
+  result = [this, &seen](int operation) {
+    if (operation == ir_once) seen = store.LuxMode;
+    return operation == als_once ? 1000 : 250;
+  };
+  collect(3);
+  EXPECT_EQ(seen, 0);
 }
 
 // The last difference of a pair stands in the boxes, where there is one; the covered light is measured behind

@@ -99,6 +99,14 @@ TEST_F(Kvt71344Limits, AnyKeyDropsAWriteThatWaits) {
   EXPECT_TRUE(sent().empty());
 }
 
+TEST_F(Kvt71344Limits, AnEnteredLimitWaitsUntilItIsWritten) {
+  Flag waited = 0;
+  recorder.before_call = [&] { waited = static_cast<Flag>(waited | store.PendingIntHigh); };
+  enter_text(panel->limits.txtIUpperLimit, "512");
+  EXPECT_EQ(waited, -1);
+  EXPECT_EQ(store.PendingIntHigh, 0);
+}
+
 TEST_F(Kvt71344Limits, InALoopALimitIsLeftToTheLoop) {
   for (const int limit : {2, 3}) {
     forms::TextBox& box_of_it = limit == 2 ? panel->limits.txtIUpperLimit : panel->limits.txtILowerLimit;

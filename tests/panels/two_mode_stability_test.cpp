@@ -43,6 +43,16 @@ TEST_P(TwoModeStability, TwoThatDifferByLittleAreEnough) {
   EXPECT_EQ(store.Reading, 951);
 }
 
+TEST_P(TwoModeStability, AWaitShowsItsLamp) {
+  differences({1000, 951});
+  recorder.before_call = [this, reply = recorder.before_call] {
+    if (in_loop() && pairs == 0) panel->ShpInd(2).Visible = false;
+    reply();
+  };
+  run(1);
+  EXPECT_TRUE(panel->ShpInd(2).Visible);
+}
+
 TEST_P(TwoModeStability, ItGoesOnUntilTwoInARowDo) {
   differences({1000, 900, 800, 700, 600, 595});
   bool red = false;
