@@ -16,6 +16,7 @@
 #include "boards/usb/usb_board.h"
 #include "console/console.h"
 #include "console/options.h"
+#include "forms/end_signals.h"
 #include "shell/application.h"
 
 namespace {
@@ -44,14 +45,16 @@ std::unique_ptr<boards::Driver> make_board(const console::Options& options, form
 
 // What the program is run with.
 struct Setting {
+  const forms::EndSignals& signals;
   forms::Clock& clock;
   boards::SimulatedBoard* bench;
 };
 
 void run_console(const Setting& setting, boards::Driver& driver) {
   driver.on_advice = [](const std::string& text) { std::cerr << program_name << ": " << text << std::endl; };
-  console::DescriptorLines lines(STDIN_FILENO);
+  console::DescriptorLines lines(STDIN_FILENO, setting.signals.descriptor());
   console::Console console(setting.clock, driver, lines, std::cout, setting.bench);
+  console.end_on(setting.signals);
   varzelin::add_forms(console.program());
   console.run(varzelin::start);
 }
@@ -84,14 +87,16 @@ int run(const console::Options& options) {
   if (is_same_file(options.replayed_file, options.recorded_file)) {
     return fail(bad_arguments, "--record onto the recording that is replayed");
   }
+  const forms::EndSignals signals;
   const auto clock = make_clock(options.virtual_clock);
   const auto board = make_board(options, *clock);
-  const Setting setting{*clock, dynamic_cast<boards::SimulatedBoard*>(board.get())};
+  const Setting setting{signals, *clock, dynamic_cast<boards::SimulatedBoard*>(board.get())};
   if (options.recorded_file.empty()) {
     run_console(setting, *board);
   } else if (const ExitStatus status = record_console(setting, *board, options.recorded_file)) {
     return status;
   }
+  if (const int signal = signals.first()) return 128 + signal;
   auto* replay = dynamic_cast<boards::ReplayingBoard*>(board.get());
   if (!replay) return success;
   replay->end();

@@ -5,6 +5,7 @@
 #include "console/commands.h"
 #include "console/utf8.h"
 #include "console/words.h"
+#include "shell/ending.h"
 
 namespace console {
 namespace {
@@ -64,6 +65,11 @@ Console::Console(forms::Clock& clock, boards::Driver& driver, LineSource& lines,
 
 Console::~Console() {
   program_.driver.observer = nullptr;
+}
+
+void Console::end_on(const forms::EndSignals& signals) {
+  signals_ = &signals;
+  varzelin::end_on(program_, signals);
 }
 
 void Console::run(const std::function<void(varzelin::Program&)>& start) {
@@ -134,7 +140,11 @@ void Console::idle(std::optional<Duration> limit) {
 }
 
 void Console::sleep(forms::Clock& clock, Duration time) {
-  clock.pass(time);
+  if (signals_ && !clock.is_virtual()) {
+    signals_->wait(time);
+  } else {
+    clock.pass(time);
+  }
   if (state_ == State::Handler) yield();  // looks at the time, reads no line
 }
 

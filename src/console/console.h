@@ -17,6 +17,7 @@
 #include "console/context.h"
 #include "console/dialogs.h"
 #include "console/line_source.h"
+#include "forms/end_signals.h"
 #include "forms/runtime.h"
 
 namespace console {
@@ -30,6 +31,9 @@ class Console final : public forms::FrontEnd {
   ~Console() override;
 
   varzelin::Program& program() { return program_; }
+
+  // Once one of these has come the program ends, also from within a sleep. They outlive the console.
+  void end_on(const forms::EndSignals& signals);
 
   // Runs the program, which `start` brings on screen, until it ends or the lines do.
   void run(const std::function<void(varzelin::Program&)>& start);
@@ -88,6 +92,7 @@ class Console final : public forms::FrontEnd {
   Dialogs dialogs_;
   varzelin::Program program_;
   Context context_;
+  const forms::EndSignals* signals_ = nullptr;
 
   State state_ = State::Starting;
   Duration attention_ = Duration::max();

@@ -40,10 +40,14 @@ bool DescriptorLines::take_line(std::string& line) {
 
 // A wait that a signal cut short counts as nothing to read: the caller comes again.
 bool DescriptorLines::readable(std::optional<std::chrono::nanoseconds> limit) const {
-  if (!limit) return true;
-  const auto whole = std::chrono::ceil<std::chrono::milliseconds>(*limit).count();
-  pollfd waiting{descriptor_, POLLIN, 0};
-  return poll(&waiting, 1, static_cast<int>(std::clamp<std::int64_t>(whole, 0, 1000))) > 0;
+  constexpr int for_ever = -1;
+  int milliseconds = for_ever;
+  if (limit) {
+    const auto whole = std::chrono::ceil<std::chrono::milliseconds>(*limit).count();
+    milliseconds = static_cast<int>(std::clamp<std::int64_t>(whole, 0, 1000));
+  }
+  pollfd waiting[] = {{descriptor_, POLLIN, 0}, {alarm_, POLLIN, 0}};
+  return poll(waiting, std::size(waiting), milliseconds) > 0 && waiting[1].revents == 0;
 }
 
 void DescriptorLines::receive() {

@@ -31,7 +31,8 @@ class StreamLines final : public LineSource {
 // Lines of a file descriptor, such as standard input.
 class DescriptorLines final : public LineSource {
  public:
-  explicit DescriptorLines(int descriptor) : descriptor_(descriptor) {}
+  // While `alarm` is readable no more input is taken, however long the caller would wait. -1: no alarm.
+  explicit DescriptorLines(int descriptor, int alarm = -1) : descriptor_(descriptor), alarm_(alarm) {}
   Result next(std::string& line, std::optional<std::chrono::nanoseconds> limit) override;
 
  private:
@@ -40,6 +41,7 @@ class DescriptorLines final : public LineSource {
   void receive();
 
   const int descriptor_;
+  const int alarm_;
   std::string buffer_;
   std::size_t searched_ = 0;  // no line end before this place of the buffer
   std::size_t begin_ = 0;     // what lies before was taken

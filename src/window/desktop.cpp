@@ -4,7 +4,9 @@
 #include <cstdio>
 
 #include "shell/application.h"
+#include "shell/ending.h"
 #include "window/look.h"
+#include "window/signal_watch.h"
 #include "window/window_front_end.h"
 #include "window/windows.h"
 
@@ -24,15 +26,18 @@ int run(const char* program_name, const Desktop& desktop) {
   QApplication application(count, arguments);
   set_look(application);
 
+  const forms::EndSignals end_signals;
   WindowFrontEnd front_end;
   varzelin::Program program(desktop.clock, desktop.driver, front_end);
   Windows windows(program, front_end, desktop.bench);
   program.libraries.push_back(std::string("Qt ") + qVersion() + " (LGPL 3)");
   if (!desktop.library.empty()) program.libraries.push_back(desktop.library);
   varzelin::add_forms(program);
+  const SignalWatch watch(program, end_signals);
+  const varzelin::SessionGuard guard(program);
   program.runtime.post([&] { varzelin::start(program); });
   program.runtime.run(program.forms);
-  return 0;
+  return end_signals.first() == 0 ? 0 : 128 + end_signals.first();
 }
 
 }  // namespace window

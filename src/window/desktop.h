@@ -19,7 +19,8 @@ struct Desktop {
   std::string library = {};                 // that the driver is made with, for the about box; may be empty
 };
 
-// Returns the exit code of the process when the user has left the program.
+// Returns the exit code of the process when the user has left the program: 0, or 128 and the signal that
+// ended it.
 int run(const char* program_name, const Desktop& desktop);
 
 }  // namespace window

@@ -60,7 +60,7 @@ expect 0 'ok\nok true' "$choose" --record "$recording"
 expect 0 'ok\nok true' "$choose" --record "$recording"
 cp "$recording" "$folder/good"
 ls "$folder" | grep -q '~' && { echo "FAILED: left: $(ls "$folder")"; failed=1; }
-(trap '' XFSZ; ulimit -f 1 && expect 3 'ok\nok true' "$choose" --record "$recording" && exit $failed) || failed=1
+(ulimit -f 1 && expect 3 'ok\nok true' "$choose" --record "$recording" && exit $failed) || failed=1
 grep -q "is in $recording~\$" "$errors" || { echo "FAILED: nothing says where it is: $(cat "$errors")"; failed=1; }
 cmp "$recording~" "$folder/good" || failed=1
 ln "$folder/good" "$folder/its-link"
@@ -74,5 +74,16 @@ cat "$folder/pipe" >"$folder/came" &
 expect 0 'ok\nok true' "$choose" --record "$folder/pipe"
 wait
 cmp "$folder/came" "$folder/good" || failed=1
+(
+  head -c 1 "$folder/pipe" >/dev/null
+  touch "$folder/gone"
+) &
+{
+  until [ -e "$folder/gone" ]; do :; done
+  printf "$choose"
+} | "$program" --record "$folder/pipe" >/dev/null 2>"$errors"
+status=$?
+[ $status = 3 ] || { echo "FAILED: a reader that goes: status $status"; failed=1; }
+expect_errors 1
 "$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
 exit $failed

@@ -108,6 +108,8 @@ class DescriptorLinesTest : public testing::Test {
     return *lines_;
   }
 
+  int input() const { return ends_[0]; }
+
   std::string line_;
 
  private:
@@ -133,6 +135,17 @@ TEST_F(DescriptorLinesTest, GivesWholeLinesOnly) {
   EXPECT_EQ(line_, "end");
   EXPECT_EQ(lines().next(line_, std::nullopt), End);
   EXPECT_EQ(lines().next(line_, at_once), End);
+}
+
+TEST_F(DescriptorLinesTest, AnAlarmKeepsEveryLineBack) {
+  int alarm[2];
+  ASSERT_EQ(pipe(alarm), 0);
+  put("one\ntwo\n");
+  DescriptorLines with_alarm(input(), alarm[0]);
+  ASSERT_EQ(write(alarm[1], "", 1), 1);
+  EXPECT_EQ(with_alarm.next(line_, std::nullopt), LineSource::Result::NotYet);
+  EXPECT_EQ(with_alarm.next(line_, std::chrono::nanoseconds(0)), LineSource::Result::NotYet);
+  for (const int end : alarm) close(end);
 }
 
 std::string bad_argument(std::vector<std::string_view> arguments) {

@@ -1,0 +1,20 @@
+#include "window/signal_watch.h"
+
+#include <QApplication>
+#include <QDialog>
+
+#include "shell/ending.h"
+
+namespace window {
+
+SignalWatch::SignalWatch(varzelin::Program& program, const forms::EndSignals& end_signals)
+    : notifier_(end_signals.descriptor(), QSocketNotifier::Read) {
+  varzelin::end_on(program, end_signals);
+  // Comes again as long as Qt gets turns, so for a dialog behind the dialog, too.
+  QObject::connect(&notifier_, &QSocketNotifier::activated, [&program] {
+    if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
+    program.runtime.post([] {});
+  });
+}
+
+}  // namespace window

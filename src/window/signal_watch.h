@@ -1,0 +1,21 @@
+// A signal that asks the program to end, seen while Qt waits.
+#pragma once
+
+#include <QSocketNotifier>
+
+#include "bridge/program.h"
+#include "forms/end_signals.h"
+
+namespace window {
+
+// Ends the program as varzelin::end_on does; a dialog that is open is cancelled, and what waits for an event
+// has one. Both outlive this object.
+class SignalWatch {
+ public:
+  SignalWatch(varzelin::Program& program, const forms::EndSignals& end_signals);
+
+ private:
+  QSocketNotifier notifier_;
+};
+
+}  // namespace window

@@ -1,0 +1,53 @@
+// The program's end by a signal while Qt waits.
+#include "window/signal_watch.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+#include <csignal>
+
+#include "support/window_of_program.h"
+
+namespace varzelin::testing {
+namespace {
+
+struct SignalWatchTest : WindowOfProgram {
+  const forms::EndSignals end_signals;
+  const window::SignalWatch watch{program, end_signals};
+};
+
+TEST_F(SignalWatchTest, AnIdleProgramEnds) {
+  QTimer::singleShot(0, [] { std::raise(SIGTERM); });
+  program.runtime.run(program.forms);
+  EXPECT_TRUE(program.runtime.ended());
+}
+
+// Cancels a dialog that is still open after some of Qt's turns.
+void fail_if_open(int turns) {
+  if (turns > 0) return QTimer::singleShot(0, [turns] { fail_if_open(turns - 1); });
+  auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+  if (!dialog) return;
+  ADD_FAILURE() << "a dialog stays open";
+  dialog->reject();
+}
+
+TEST_F(SignalWatchTest, DialogsAreCancelledAndTheProgramEnds) {
+  std::vector<int> answers;
+  program.runtime.post([&] {
+    QTimer::singleShot(0, [] {
+      EXPECT_TRUE(qobject_cast<QMessageBox*>(QApplication::activeModalWidget()));
+      std::raise(SIGINT);
+      fail_if_open(20);
+    });
+    answers.push_back(program.runtime.MsgBox("Go on?", forms::vbYesNo));
+    QTimer::singleShot(0, [] { fail_if_open(20); });
+    answers.push_back(program.runtime.MsgBox("Still?", forms::vbOKCancel));
+    program.runtime.DoEvents();
+    ADD_FAILURE() << "the handler goes on";
+  });
+  program.runtime.run(program.forms);
+  EXPECT_EQ(answers, (std::vector{forms::vbNo, forms::vbCancel}));
+}
+
+}  // namespace
+}  // namespace varzelin::testing
