@@ -96,7 +96,10 @@ Action form_event(forms::Form& form, const std::string& event, const Arguments& 
   const auto found = std::ranges::find(form_events, event, &FormEvent::name);
   if (found == form_events.end()) throw Refused{"no such event: " + event};
   arguments.end();
-  return [&form, raise = found->raise] { raise(form); };
+  return [&form, raise = found->raise] {
+    form.runtime().keep(form);
+    raise(form);
+  };
 }
 
 Action control_event(forms::Control& control, const std::string& event_name, Arguments& arguments) {

@@ -74,6 +74,7 @@ void Control::raise(Event event, EventArgs& args) {
   const auto found = handlers_.find(event);
   if (found == handlers_.end()) return;
   args.index = index_;
+  form_.runtime().keep(form_);
   found->second(args);
 }
 

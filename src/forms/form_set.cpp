@@ -8,6 +8,7 @@
 namespace forms {
 
 FormSet::~FormSet() {
+  runtime_.free_unloaded_of(nullptr);
   unloaded_.clear();
   while (!forms_.empty()) forms_.pop_back();
 }
@@ -37,6 +38,7 @@ Form& FormSet::load(std::string_view base_name, std::string name) {
   if (factory == factories_.end()) throw std::logic_error("no such form: " + std::string(base_name));
   Form& form = *forms_.emplace_back(factory->second(std::move(name)));
   order_.push_back(&form);
+  runtime_.keep(form);
   if (on_loaded) on_loaded(form);
   form.Form_Load();
   return form;
@@ -44,7 +46,9 @@ Form& FormSet::load(std::string_view base_name, std::string name) {
 
 Form& FormSet::touch(std::string_view name) {
   Form* form = loaded(name);
-  return form ? *form : load(name, std::string(name));
+  if (!form) return load(name, std::string(name));
+  runtime_.keep(*form);
+  return *form;
 }
 
 Form& FormSet::touch_another(std::string_view name) {
@@ -60,7 +64,9 @@ Form* FormSet::front() const {
 
 void FormSet::activate_front(const Form* before) {
   Form* now = front();
-  if (now && now != before) now->Form_Activate();
+  if (!now || now == before) return;
+  runtime_.keep(*now);
+  now->Form_Activate();
 }
 
 void FormSet::show(Form& form) {
@@ -84,6 +90,7 @@ void FormSet::hide(Form& form) {
 
 bool FormSet::unload(Form& form, int unload_mode) {
   if (!form.loaded()) return true;
+  runtime_.keep(form);
   const auto is_form = [&](const auto& owned) { return owned.get() == &form; };
   bool cancel = false;
   form.Form_QueryUnload(cancel, unload_mode);
@@ -101,6 +108,7 @@ bool FormSet::unload(Form& form, int unload_mode) {
   if (still_owned != forms_.end()) {
     unloaded_.push_back(std::move(*still_owned));
     forms_.erase(still_owned);
+    runtime_.free_unloaded_of(this);
   }
   return true;
 }
@@ -117,6 +125,11 @@ void FormSet::unload(std::string_view name) {
 
 void FormSet::sweep() {
   unloaded_.clear();
+}
+
+void FormSet::free_unused() {
+  std::erase_if(unloaded_, [&](const auto& form) { return !runtime_.is_kept(*form); });
+  if (unloaded_.empty()) runtime_.free_unloaded_of(nullptr);
 }
 
 }  // namespace forms

@@ -50,14 +50,16 @@ class FormSet {
   // Takes it off screen. The visible form that then is in front is activated.
   void hide(Form& form);
   // Query, Form_Unload, off screen, gone. False when the form refused. The object itself lives until
-  // no handler is on the stack.
+  // no handler on the stack works on it.
   bool unload(Form& form, int unload_mode = 1);
   // Unload by name. A form that isn't loaded is loaded first, its dialogs answered with Cancel unseen.
   // A name that isn't known does nothing.
   void unload(std::string_view name);
 
-  // The message loop: frees unloaded forms. Only when no handler is on the stack.
+  // The message loop: frees unloaded forms. All of them, when no handler is on the stack,
   void sweep();
+  // and those that no handler on the stack works on, at any time.
+  void free_unused();
 
   // Front ends are told when a form appears in the set and before it leaves it.
   std::function<void(Form&)> on_loaded;

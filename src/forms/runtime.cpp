@@ -54,6 +54,7 @@ void Runtime::service() {
     queue_.pop_front();
     dispatch(event);
   }
+  if (unloaded_of_) unloaded_of_->free_unused();
 }
 
 void Runtime::Sleep(std::int64_t milliseconds) {
@@ -147,6 +148,17 @@ void Runtime::stop_timer(Timer& timer) {
   find_next_due();
 }
 
+void Runtime::keep(const Form& form) {
+  for (auto kept = kept_.rbegin(); kept != kept_.rend() && kept->depth == handlers_on_stack_; ++kept) {
+    if (kept->form == &form) return;
+  }
+  kept_.push_back({handlers_on_stack_, &form});
+}
+
+bool Runtime::is_kept(const Form& form) const {
+  return std::ranges::find(kept_, &form, &Kept::form) != kept_.end();
+}
+
 void Runtime::mark(Control& control) {
   if (control.marked) return;
   control.marked = true;
@@ -168,6 +180,7 @@ void Runtime::forget(Control& control) {
 
 void Runtime::forget(Form& form) {
   std::erase(changes_.forms, &form);
+  std::erase_if(kept_, [&](const Kept& kept) { return kept.form == &form; });
 }
 
 }  // namespace forms

@@ -126,7 +126,7 @@ class Runtime {
   // Runs an event's handler with the default error report around it. EndProgram passes through.
   template <class Handler>
   void dispatch(Handler&& handler) {
-    const Depth depth(handlers_on_stack_);
+    const OnStack on_stack(*this);
     try {
       handler();
     } catch (const RunTimeError& error) {
@@ -134,6 +134,13 @@ class Runtime {
     }
   }
   int handlers_on_stack() const { return handlers_on_stack_; }
+  // The handler that runs works on this form: should the form be unloaded, its object stays until that
+  // handler has returned. Whatever reaches a form says so.
+  void keep(const Form& form);
+  // Whether a handler on the stack works on it.
+  bool is_kept(const Form& form) const;
+  // The set whose unloaded forms are to be freed once no handler works on them; null: there is none.
+  void free_unloaded_of(FormSet* set) { unloaded_of_ = set; }
   // Whether one more handler may begin. Where none may, events and timers wait until one has returned.
   bool has_room() const { return handlers_on_stack_ < most_handlers; }
 
@@ -180,15 +187,24 @@ class Runtime {
   };
 
  private:
-  class Depth {
+  class OnStack {
    public:
-    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
-    ~Depth() { --depth_; }
-    Depth(const Depth&) = delete;
-    Depth& operator=(const Depth&) = delete;
+    explicit OnStack(Runtime& runtime) : runtime_(runtime) { ++runtime_.handlers_on_stack_; }
+    ~OnStack() {
+      --runtime_.handlers_on_stack_;
+      while (!runtime_.kept_.empty() && runtime_.kept_.back().depth > runtime_.handlers_on_stack_)
+        runtime_.kept_.pop_back();
+    }
+    OnStack(const OnStack&) = delete;
+    OnStack& operator=(const OnStack&) = delete;
 
    private:
-    int& depth_;
+    Runtime& runtime_;
+  };
+  // A form that the handler at a depth of the stack works on. At depth 0 is what runs outside the loop.
+  struct Kept {
+    int depth;
+    const Form* form;
   };
   struct RunningTimer {
     Timer* timer;
@@ -208,6 +224,8 @@ class Runtime {
   Clock::Duration next_due_ = Clock::Duration::max();
   Changes changes_;
   int handlers_on_stack_ = 0;
+  std::vector<Kept> kept_;  // outermost handler first
+  FormSet* unloaded_of_ = nullptr;
   int silent_dialogs_ = 0;
   bool ended_ = false;
 };

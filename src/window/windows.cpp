@@ -206,6 +206,7 @@ void Windows::resized(FormWindow& form_window) {
   forms::Form& form = form_window.form();
   form.ScaleWidth = units_a_pixel * form_window.content()->width();
   form.ScaleHeight = units_a_pixel * form_window.content()->height();
+  program_.runtime.keep(form);
   form.Form_Resize();
 }
 

@@ -172,6 +172,70 @@ TEST_F(FormsFormSet, AHandlerGoesOnAfterItUnloadedItsForm) {
   EXPECT_FALSE(runtime.has_changes()) << "nothing points to the object that is gone";
 }
 
+// A loop that runs for hours doesn't keep what is opened and closed meanwhile.
+TEST_F(FormsFormSet, AFormGoesThoughAHandlerOfAnotherOneIsOnTheStack) {
+  runtime.post([&] { forms::user::click(b().button); });
+  b().button.handle(Event::Click, [&](forms::EventArgs&) {
+    runtime.post([&] { a(); });
+    runtime.post([&] { forms.unload("a"); });
+    take_notes();
+    runtime.DoEvents();
+    EXPECT_EQ(take_notes(), (Notes{"a Load", "a QueryUnload 1", "a Unload", "a gone"}));
+    runtime.DoEvents();
+  });
+  runtime.service();
+}
+
+TEST_F(FormsFormSet, AFormThatAHandlerOnTheStackReachedForStaysUntilItReturned) {
+  runtime.post([&] { a(); });
+  runtime.service();
+  runtime.post([&] {
+    Window& window = a();
+    runtime.post([&] { forms.unload("a"); });
+    take_notes();
+    runtime.DoEvents(3);
+    EXPECT_EQ(take_notes(), (Notes{"a QueryUnload 1", "a Unload"}));
+    window.note("used");
+  });
+  runtime.service();
+  EXPECT_EQ(take_notes(), (Notes{"a used", "a gone"}));
+}
+
+TEST_F(FormsFormSet, AFormWhoseHandlerIsFurtherDownTheStackStays) {
+  Window* window = nullptr;
+  runtime.post([&] { window = &a(); });
+  runtime.service();
+  window->button.handle(Event::Click, [&](forms::EventArgs&) {
+    runtime.post([&] {
+      runtime.post([&] { forms.unload("a"); });
+      runtime.DoEvents(2);
+    });
+    runtime.DoEvents(2);
+    window->note("goes on");
+  });
+  runtime.post([&] { forms::user::click(window->button); });
+  take_notes();
+  runtime.service();
+  EXPECT_EQ(take_notes(), (Notes{"a QueryUnload 1", "a Unload", "a goes on", "a gone"}));
+}
+
+// It comes forward in a handler of another form: its Form_Activate is on the stack then.
+TEST_F(FormsFormSet, AFormThatIsActivatedStaysUntilTheHandlerReturned) {
+  Window* window = nullptr;
+  runtime.post([&] {
+    window = &a();
+    window->Show();
+    b().Show();
+  });
+  runtime.service();
+  runtime.post([&] {
+    forms.hide(b());
+    EXPECT_TRUE(runtime.is_kept(*window));
+  });
+  runtime.service();
+  EXPECT_FALSE(runtime.is_kept(*window));
+}
+
 TEST_F(FormsFormSet, AHandlerThatShowsItsUnloadedFormLeavesNothingInFront) {
   Window& window = a();
   window.button.handle(Event::Click, [&](forms::EventArgs&) {
