@@ -20,7 +20,11 @@ namespace varzelin::fuzz {
 inline std::vector<std::string> all_lines(console::LineSource& source) {
   std::vector<std::string> lines;
   std::string line;
-  while (source.next(line, std::nullopt) == console::LineSource::Result::Line) lines.push_back(line);
+  for (;;) {
+    const auto result = source.next(line, std::nullopt);
+    if (result != console::LineSource::Result::Line && result != console::LineSource::Result::HalfLine) break;
+    lines.push_back((result == console::LineSource::Result::Line ? "whole " : "half ") + line);
+  }
   return lines;
 }
 

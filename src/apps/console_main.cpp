@@ -1,10 +1,12 @@
 // The console program: commands on standard input, answers on standard output.
 
+#include <csignal>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 #include <unistd.h>
@@ -57,6 +59,7 @@ void run_console(const Setting& setting, boards::Driver& driver) {
   console.end_on(setting.signals);
   varzelin::add_forms(console.program());
   console.run(varzelin::start);
+  if (!std::cout) throw std::runtime_error("can't write standard output");
 }
 
 ExitStatus record_console(const Setting& setting, boards::Driver& board, const std::string& path) {
@@ -106,6 +109,7 @@ int run(const console::Options& options) {
 }  // namespace
 
 int main(int count, char** words) {
+  std::signal(SIGPIPE, SIG_IGN);  // a pipe that nobody reads is an error of the write
   std::ios::sync_with_stdio(false);
   const std::vector<std::string_view> arguments(words + 1, words + count);
   const auto parsed = console::parse_options(arguments);

@@ -18,6 +18,7 @@ void CallLog::call_ended(const boards::CallRecord& record) {
                     static_cast<std::uint32_t>(record.buffer.size()),
                     static_cast<std::uint32_t>(record.data.size())});
   data_.insert(data_.end(), record.data.begin(), record.data.end());
+  while (data_.size() > most_bytes) drop_first();
 }
 
 void CallLog::drop_first() {

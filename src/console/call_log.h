@@ -12,8 +12,10 @@ namespace console {
 
 class CallLog final : public boards::Driver::Observer {
  public:
-  // A log that nobody asks for must not eat the memory: beyond this many calls the oldest go.
+  // A log that nobody asks for must not eat the memory: beyond this many calls, or bytes that they moved, the
+  // oldest go.
   static constexpr std::size_t most_calls = 100'000;
+  static constexpr std::size_t most_bytes = std::size_t{16} << 20;
 
   explicit CallLog(const forms::Clock& clock) : clock_(clock) {}
 

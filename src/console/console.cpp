@@ -93,6 +93,13 @@ void Console::enter(State state, Duration attention) {
 
 void Console::answer(std::string_view line) {
   out_ << line << '\n' << std::flush;
+  told();
+}
+
+void Console::told() {
+  if (out_ || program_.runtime.ended()) return;
+  quit_ = true;
+  program_.runtime.end();
 }
 
 void Console::answer_and_read(std::string_view line) {
@@ -152,6 +159,7 @@ void Console::sleep(forms::Clock& clock, Duration time) {
 
 void Console::serve_line(std::optional<Duration> limit) {
   std::string line;
+  bool whole = true;
   for (;;) {
     switch (lines_.next(line, limit)) {
       case LineSource::Result::NotYet:
@@ -159,6 +167,9 @@ void Console::serve_line(std::optional<Duration> limit) {
         return;
       case LineSource::Result::End:
         end_of_lines();
+      case LineSource::Result::HalfLine:
+        whole = false;
+        break;
       case LineSource::Result::Line:
         break;
     }
@@ -166,7 +177,7 @@ void Console::serve_line(std::optional<Duration> limit) {
     const bool blank = line.find_first_not_of(" \t") == std::string::npos;
     if (!blank && line.front() != '#') break;
   }
-  execute(line);
+  whole ? execute(line) : answer("error no end of line: " + one_line(line));
 }
 
 void Console::execute(const std::string& line) {
@@ -176,7 +187,9 @@ void Console::execute(const std::string& line) {
     std::visit(Overloaded{[&](Immediate look) {
                             Json value(out_, "ok ");
                             look(context_, arguments, value);
-                            value.empty() ? answer(done) : value.end_line();
+                            if (value.empty()) return answer(done);
+                            value.end_line();
+                            told();
                           },
                           [&](Acting acting) { act(acting, arguments, true); },
                           [&](Steering steer) { steer(*this, arguments); }},
@@ -271,6 +284,7 @@ int Console::message_box(const forms::MessageBox& box) {
   Json note(out_, "* msgbox ");
   note.begin_object().member("title", box.title).member("text", box.text).member("buttons", box.buttons);
   note.member("answer", Dialogs::button_name(answer)).end_object().end_line();
+  told();
   return answer;
 }
 
@@ -281,6 +295,7 @@ std::optional<std::string> Console::input_box(const forms::InputBoxRequest& requ
   note.member("default", request.default_text).key("answer");
   write_text_or_null(note, answer);
   note.end_object().end_line();
+  told();
   return answer;
 }
 
@@ -291,12 +306,14 @@ std::optional<std::string> Console::file_dialog(const forms::FileDialog& dialog)
   note.member("filter", dialog.filter).member("filename", dialog.filename).key("answer");
   write_text_or_null(note, answer);
   note.end_object().end_line();
+  told();
   return answer;
 }
 
 void Console::runtime_error(const forms::RunTimeError& error) {
   Json note(out_, "* runtime-error ");
   note.begin_object().member("number", error.number).member("text", error.text).end_object().end_line();
+  told();
 }
 
 }  // namespace console

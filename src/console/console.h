@@ -77,6 +77,8 @@ class Console final : public forms::FrontEnd {
   void serve_line(std::optional<Duration> limit);
   void execute(const std::string& line);
   void answer(std::string_view line);
+  // Behind each line: a program whose output nobody gets ends.
+  void told();
   // Answers the command in hand; the next line may come.
   void answer_and_read(std::string_view line);
   [[noreturn]] void end_of_lines();
@@ -100,7 +102,7 @@ class Console final : public forms::FrontEnd {
   std::uint64_t awaited_ = 0;  // in State::Handler: the number of the handler that the line waits for
   int started_ = 0;            // handlers that run and that no line waits for
   int yields_left_ = 0;        // in State::Idling
-  bool quit_ = false;
+  bool quit_ = false;          // by its lines, or as there is nobody to answer
 };
 
 }  // namespace console

@@ -10,12 +10,13 @@
 namespace console {
 
 LineSource::Result StreamLines::next(std::string& line, std::optional<std::chrono::nanoseconds>) {
-  return std::getline(in_, line) ? Result::Line : Result::End;
+  if (!std::getline(in_, line)) return Result::End;
+  return in_.eof() ? Result::HalfLine : Result::Line;
 }
 
 LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::chrono::nanoseconds> limit) {
   while (!take_line(line)) {
-    if (end_) return Result::End;
+    if (end_) return take_half_line(line) ? Result::HalfLine : Result::End;
     if (!readable(limit)) return Result::NotYet;
     receive();
   }
@@ -23,19 +24,22 @@ LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::c
 }
 
 bool DescriptorLines::take_line(std::string& line) {
-  std::size_t line_end = buffer_.find('\n', searched_);
+  const std::size_t line_end = buffer_.find('\n', searched_);
   searched_ = buffer_.size();
-  if (line_end == std::string::npos) {
-    if (!end_ || begin_ == buffer_.size()) return false;
-    line_end = buffer_.size();
-  }
+  if (line_end == std::string::npos) return false;
   line.assign(buffer_, begin_, line_end - begin_);
-  begin_ = searched_ = std::min(line_end + 1, buffer_.size());
+  begin_ = searched_ = line_end + 1;
   if (begin_ == buffer_.size()) {
     std::string().swap(buffer_);  // one long line mustn't keep its memory
     begin_ = searched_ = 0;
   }
   return true;
+}
+
+bool DescriptorLines::take_half_line(std::string& line) {
+  line = buffer_.substr(begin_);
+  begin_ = searched_ = buffer_.size();
+  return !line.empty();
 }
 
 // A wait that a signal cut short counts as nothing to read: the caller comes again.
@@ -58,7 +62,7 @@ void DescriptorLines::receive() {
   const ssize_t count = read(descriptor_, piece.data(), piece.size());
   if (count > 0) {
     buffer_.append(piece.data(), static_cast<std::size_t>(count));
-  } else if (count == 0 || errno != EINTR) {
+  } else if (count == 0 || (errno != EINTR && errno != EAGAIN)) {
     end_ = true;
   }
 }

@@ -10,11 +10,15 @@ namespace console {
 
 class LineSource {
  public:
-  enum class Result { Line, NotYet, End };
+  enum class Result {
+    Line,
+    HalfLine,  // what stands behind the last line end: perhaps not all that was meant
+    NotYet,
+    End
+  };
 
   virtual ~LineSource() = default;
   // The next line without its end, waiting for it at most `limit` (none: as long as it takes).
-  // Input behind the last line end counts as a line.
   virtual Result next(std::string& line, std::optional<std::chrono::nanoseconds> limit) = 0;
 };
 
@@ -37,6 +41,7 @@ class DescriptorLines final : public LineSource {
 
  private:
   bool take_line(std::string& line);
+  bool take_half_line(std::string& line);
   bool readable(std::optional<std::chrono::nanoseconds> limit) const;
   void receive();
 

@@ -15,8 +15,12 @@ TEST_F(ConsoleLooking, BlankLinesAndCommentsAreSkipped) {
   EXPECT_EQ(run({" # get x"}), Lines{"error no such command: #"});
 }
 
-TEST_F(ConsoleLooking, TheLastLineNeedsNoEnd) {
-  EXPECT_EQ(run_console(clock, board, "get frmBench.Visible"), Lines{"ok true"});
+// A user who was cut off may have meant more than stands there.
+TEST_F(ConsoleLooking, HalfALineAtTheEndIsRefusedAndNotRun) {
+  EXPECT_EQ(run_console(clock, board, "get frmBench.Visible\nset frmBench.Caption \"Be"),
+            (Lines{"ok true", "error no end of line: set frmBench.Caption \"Be"}));
+  EXPECT_EQ(run_console(clock, board, "close frmBench"), Lines{"error no end of line: close frmBench"});
+  EXPECT_EQ(run_console(clock, board, "get frmBench.Visible\n# come"), Lines{"ok true"});
 }
 
 TEST_F(ConsoleLooking, PropertiesByTheirTypes) {
@@ -225,6 +229,8 @@ class ConsoleCallLog : public testing::Test {
   std::string packets() { return written(&console::CallLog::write_packets); }
   std::string calls() { return written(&console::CallLog::write_calls); }
 
+  console::CallLog& log() { return log_; }
+
  private:
   std::string written(void (console::CallLog::*write)(console::Json&)) {
     std::ostringstream out;
@@ -246,6 +252,22 @@ TEST_F(ConsoleCallLog, TheOldestCallsGoWhenNobodyAsks) {
   EXPECT_EQ(answer.substr(0, 42), "[{\"pipe\":2,\"size\":3,\"data\":\"02 02 02\",\"sta");
   EXPECT_EQ(static_cast<std::size_t>(std::count(answer.begin(), answer.end(), '{')),
             console::CallLog::most_calls);
+}
+
+TEST_F(ConsoleCallLog, TheOldestGoForTheirBytesToo) {
+  const std::vector<std::uint8_t> large(std::size_t{1} << 20);
+  for (int pipe = 1; pipe <= 20; ++pipe) {
+    log().call_begins();
+    log().call_ended({.call = "WDU_Transfer",
+                      .status = 0,
+                      .transfer = true,
+                      .pipe = pipe,
+                      .buffer = large,
+                      .data = large});
+  }
+  const std::string told = packets();
+  EXPECT_EQ(told.find("{\"pipe\":5,"), 1u);
+  EXPECT_NE(told.find("{\"pipe\":20,"), std::string::npos);
 }
 
 TEST_F(ConsoleCallLog, WhatWasToldTwiceGoesWithItsData) {

@@ -31,7 +31,9 @@ expect 0 'ok true\nok' 'get frmStartup.Visible\nquit\nget frmStartup.Visible\n'
 expect_errors 0
 expect 0 '' ''
 expect 0 'ok\n* ended' 'close frmStartup\nforms\n'
-expect 0 'ok false\nok' '\r\n# comment\r\nget frmAbout2.Loaded\r\nwait 5' --clock real
+expect 0 'ok false\nok' '\r\n# comment\r\nget frmAbout2.Loaded\r\nwait 5\n' --clock real
+expect 0 'ok\nerror no end of line: wait 5' 'wait 5\nwait 5'
+expect 0 'ok' 'wait 5\n#' --clock real
 expect 0 'ok' 'wait 5\n' --board simulated --clock virtual
 expect 0 'varzelin-als-console 5.4.1' '' --version
 expect_errors 0
@@ -85,5 +87,19 @@ cmp "$folder/came" "$folder/good" || failed=1
 status=$?
 [ $status = 3 ] || { echo "FAILED: a reader that goes: status $status"; failed=1; }
 expect_errors 1
+
+printf 'what\033[2Jis\007this\n' >"$recording"
+expect 1 '' 'quit\n' --board "replay=$recording"
+expect_errors 1
+grep -q '"what\\x1B\[2Jis\\x07this" is not the head of one' "$errors" || { echo "FAILED: $(cat "$errors")"; failed=1; }
+
+# Nobody gets the answers: no room, and nobody there.
+printf 'clock\nclock\nclock\n' | "$program" >/dev/full 2>"$errors"
+[ $? = 1 ] || { echo 'FAILED: status with a full device'; failed=1; }
+expect_errors 1
+{ yes clock | "$program" 2>"$errors"; echo $? >"$recording"; } | head -n 1 >/dev/null
+[ "$(cat "$recording")" = 1 ] || { echo "FAILED: status with a closed pipe: $(cat "$recording")"; failed=1; }
+expect_errors 1
+
 "$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
 exit $failed

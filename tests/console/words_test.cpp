@@ -131,7 +131,7 @@ TEST_F(DescriptorLinesTest, GivesWholeLinesOnly) {
   EXPECT_EQ(lines().next(line_, std::nullopt), Line);
   EXPECT_EQ(line_, "");
   hang_up();
-  EXPECT_EQ(lines().next(line_, std::nullopt), Line);
+  EXPECT_EQ(lines().next(line_, std::nullopt), HalfLine);
   EXPECT_EQ(line_, "end");
   EXPECT_EQ(lines().next(line_, std::nullopt), End);
   EXPECT_EQ(lines().next(line_, at_once), End);

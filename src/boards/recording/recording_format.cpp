@@ -1,5 +1,6 @@
 #include "boards/recording/recording_format.h"
 
+#include <array>
 #include <charconv>
 #include <cstdio>
 #include <sstream>
@@ -120,6 +121,20 @@ std::optional<std::vector<std::uint8_t>> parse_bytes(std::string_view text) {
   while (!words.at_end()) result.push_back(words.hexadecimal<std::uint8_t>());
   if (words.failed()) return std::nullopt;
   return result;
+}
+
+std::string printable(std::string_view text) {
+  constexpr std::size_t longest = 200;
+  std::string result;
+  for (const char character : text.substr(0, longest)) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code >= 0x20 && code != 0x7F) {
+      result += character;
+    } else {
+      result += "\\x" + hex(std::array{std::uint8_t{code}});
+    }
+  }
+  return text.size() > longest ? result + "..." : result;
 }
 
 std::string device_info(const DeviceInfo& info) {

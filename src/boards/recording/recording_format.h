@@ -36,6 +36,10 @@ std::string detached(Handle device);
 // No value: it is another text.
 std::optional<std::vector<std::uint8_t>> parse_bytes(std::string_view text);
 
+// A part of a file that may hold anything, for a message on a terminal: control characters as "\x1B", cut
+// where it is long.
+std::string printable(std::string_view text);
+
 std::string device_info(const DeviceInfo& info);
 std::optional<DeviceInfo> parse_device_info(std::string_view text);
 

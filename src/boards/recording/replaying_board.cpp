@@ -52,7 +52,8 @@ ReplayingBoard::ReplayingBoard(std::istream& recording, forms::Clock& clock) : c
   std::size_t number = 0;
   while (std::getline(recording, text)) {
     ++number;
-    if (number == 1 && text != recording::header) fail(number, "\"" + text + "\" is not the head of one");
+    if (number == 1 && text != recording::header)
+      fail(number, "\"" + recording::printable(text) + "\" is not the head of one");
     if (number > 1 && !text.empty() && text[0] != '#') parse(text, number);
   }
   if (number == 0) throw std::runtime_error("the recording is empty");
@@ -103,7 +104,8 @@ void ReplayingBoard::parse(const std::string& text, std::size_t number) {
 void ReplayingBoard::differ(std::string got) {
   const std::size_t last = lines_.empty() ? 1 : lines_.back().number;
   difference_ = at_end() ? Difference{last + 1, "the end of the recording", std::move(got)}
-                         : Difference{lines_[next_].number, lines_[next_].request, std::move(got)};
+                         : Difference{lines_[next_].number, recording::printable(lines_[next_].request),
+                                      std::move(got)};
   if (on_advice) on_advice(VB_Stat2Str(replay_differs));
 }
 
