@@ -8,6 +8,17 @@
 namespace varzelin {
 namespace {
 
+// What is moved up to make room for a block is few times as much as the block.
+constexpr std::size_t dropped_block = longest_log / 4;
+
+void make_room(forms::TextProperty& log, std::size_t wanted) {
+  if (log.get().size() + wanted <= longest_log) return;
+  constexpr std::string_view entry_end = "\r\n\r\n";
+  const std::size_t end = log.get().find(entry_end, dropped_block);
+  const std::size_t kept = end == std::string::npos ? log.get().size() : end + entry_end.size();
+  log.replace_front(kept, "Older entries are gone: the log holds 64 MB.\r\n\r\n");
+}
+
 forms::TextBox& log_box(Program& program) {
   return dynamic_cast<forms::TextBox&>(*program.forms.touch(log_form_name).find("Txtlog"));
 }
@@ -26,6 +37,7 @@ void Log_Line(Program& program, forms::TextBox& box, std::string_view message, s
   std::string line(message);
   line.append(" :").append(forms::date_fixed(now)).append(" ").append(forms::time_fixed(now));
   line.append(eol).append(eol);
+  make_room(box.Text, line.size());
   box.Text.append(line);
   box.SelStart = static_cast<std::int32_t>(box.Text.get().size());
 }

@@ -1,6 +1,7 @@
 // The log: one multi-line text box on the workbench, written also while the workbench is hidden.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "bridge/program.h"
@@ -12,6 +13,9 @@ inline constexpr std::string_view crlf = "\r\n";
 
 // The form that carries the log's controls. Touching the log loads it.
 inline constexpr const char* log_form_name = "frmI2C_General";
+
+// The log's bound, bytes. At it the oldest entries go, a block of them at once, and the first line says so.
+inline constexpr std::size_t longest_log = std::size_t{64} << 20;
 
 // Appends message, " :", date and time, and the end of line twice (an entry is followed by a blank
 // line); then puts the caret to the end. `clear` empties the box first.

@@ -97,6 +97,12 @@ class Property final : public PropertyBase {
     changed();
   }
 
+  // Puts another beginning in the place of the first `count` characters.
+  void replace_front(std::size_t count, std::string_view with) requires std::is_same_v<T, std::string> {
+    value_.replace(0, count, with);
+    changed();
+  }
+
   // Sets the value without a check and without telling the owner: for the owner's own use.
   void set_quietly(T value) { value_ = std::move(value); }
 

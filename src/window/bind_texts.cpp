@@ -2,11 +2,11 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 
 #include "forms/controls.h"
 #include "forms/user.h"
 #include "window/binding.h"
+#include "window/log_view.h"
 #include "window/look.h"
 
 namespace window {
@@ -155,79 +155,28 @@ class LineBinding final : public TextBinding {
   std::int32_t shown_caret_;
 };
 
-// Texts that only grew are appended to what is shown: logs have no limit.
-class PageBinding final : public TextBinding {
+// A text of many lines is a log, for reading.
+class LogBinding final : public Binding {
  public:
-  PageBinding(forms::TextBox& text_box, QWidget* parent)
-      : TextBinding(text_box), edit_(new QPlainTextEdit(parent)) {
-    adopt(edit_);
-    watch(edit_->viewport());
-    edit_->setTabChangesFocus(true);
-    connect(edit_, &QPlainTextEdit::textChanged, this, [this] {
-      if (!putting_) edited_by_user();
-    });
+  LogBinding(forms::TextBox& box, QWidget* parent)
+      : Binding(box), view_(new LogView(box.Text.get(), parent)) {
+    adopt(view_);
+    watch(view_->viewport());
   }
-
- protected:
-  std::string entered() const override { return edit_->toPlainText().replace('\n', "\r\n").toStdString(); }
-  void insert(const QString& text) override { edit_->insertPlainText(text); }
-  void put_text() override {
-    const std::string& text = box().Text.get();
-    putting_ = true;
-    if (edit_->isReadOnly() && continues(text)) {
-      append(text.substr(shown_length_));
-    } else if (!edit_->isReadOnly() && text == entered()) {
-      // the user's own typing
-    } else {
-      edit_->setPlainText(to_qt(text));
-    }
-    putting_ = false;
-    shown_length_ = text.size();
-    shown_end_ = end_of(text, shown_length_);
-    show_end();
-  }
-
-  bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Resize && object == edit_->viewport()) {
-      QMetaObject::invokeMethod(
-          this, [this] { show_end(); }, Qt::QueuedConnection);
-    }
-    return TextBinding::eventFilter(object, event);
+  void show() override {
+    view_->take_text();
+    Binding::show();
   }
 
  private:
-  static std::string end_of(const std::string& text, std::size_t length) {
-    constexpr std::size_t compared = 256;
-    const std::size_t start = length > compared ? length - compared : 0;
-    return text.substr(start, length - start);
-  }
-  bool continues(const std::string& text) const {
-    return text.size() >= shown_length_ && end_of(text, shown_length_) == shown_end_;
-  }
-  // Logs show their latest lines.
-  void show_end() {
-    if (!edit_->isReadOnly()) return;
-    edit_->moveCursor(QTextCursor::End);
-    edit_->ensureCursorVisible();
-  }
-  void append(const std::string& more) {
-    if (more.empty()) return;
-    QTextCursor end(edit_->document());
-    end.movePosition(QTextCursor::End);
-    end.insertText(to_qt(more));
-  }
-
-  QPlainTextEdit* edit_;
-  std::size_t shown_length_ = 0;
-  std::string shown_end_;
-  bool putting_ = false;
+  LogView* view_;
 };
 
 }  // namespace
 
 std::unique_ptr<Binding> bind_text_box(forms::Control& control, QWidget* parent) {
   auto& box = dynamic_cast<forms::TextBox&>(control);
-  if (box.MultiLine) return std::make_unique<PageBinding>(box, parent);
+  if (box.MultiLine) return std::make_unique<LogBinding>(box, parent);
   return std::make_unique<LineBinding>(box, parent);
 }
 

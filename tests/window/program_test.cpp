@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -22,6 +21,7 @@
 #include "window/bench_window.h"
 #include "window/lamp.h"
 #include "window/layouts/layouts.h"
+#include "window/log_view.h"
 #include "workbench/gpio_panel.h"
 #include "workbench/workbench.h"
 
@@ -176,8 +176,10 @@ TEST_F(WindowOfProgram, AFormMayRefuseToClose) {
   window_of("frmI2C_General").close();
   EXPECT_FALSE(turn_ends());
   EXPECT_TRUE(window_of("frmI2C_General").isVisible());
-  EXPECT_TRUE(
-      widget<QPlainTextEdit>("frmI2C_General", "Txtlog").toPlainText().contains("Form will not close"));
+  EXPECT_TRUE(widget<window::LogView>("frmI2C_General", "Txtlog")
+                  .lines_in_sight()
+                  .join('\n')
+                  .contains("Form will not close"));
 }
 
 TEST_F(WindowOfProgram, ExitEndsTheProgram) {

@@ -1,10 +1,11 @@
 // Text boxes: what the user types, what handlers make of it, and the log.
 #include <QClipboard>
 #include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QScrollBar>
 
 #include "support/sample_form.h"
 #include "support/window_program.h"
+#include "window/log_view.h"
 
 namespace varzelin::testing {
 namespace {
@@ -24,7 +25,7 @@ struct WindowTexts : WindowProgram {
     form->events.clear();
   }
   QLineEdit& line(const char* name) { return widget<QLineEdit>(SampleForm::form_name, name); }
-  QPlainTextEdit& page() { return widget<QPlainTextEdit>(SampleForm::form_name, "txtLog"); }
+  window::LogView& log() { return widget<window::LogView>(SampleForm::form_name, "txtLog"); }
 };
 
 TEST_F(WindowTexts, TypingReachesTheControlAtItsTurn) {
@@ -134,44 +135,77 @@ TEST_F(WindowTexts, ABoxIsClickedByMouseAndByKeyboard) {
 }
 
 TEST_F(WindowTexts, ALogGrowsAndStaysAtItsEnd) {
-  page().setReadOnly(true);
-  std::string expected;
   for (int i = 0; i < 200; ++i) {
-    form->txtLog.Text.append("line\r\n");
-    expected += "line\n";
+    form->txtLog.Text.append("line " + std::to_string(i) + "\r\n");
     if (i % 50 == 0) turn();
   }
   turn();
-  EXPECT_EQ(page().toPlainText().toStdString(), expected);
-  EXPECT_EQ(page().textCursor().position(), static_cast<int>(expected.size()));
+  EXPECT_EQ(log().line_count(), 201);  // the last one is empty
+  EXPECT_EQ(log().line(0), "line 0");
+  EXPECT_EQ(log().line(199), "line 199");
+  EXPECT_EQ(log().lines_in_sight().back(), "");
+  EXPECT_EQ(log().lines_in_sight().at(log().lines_in_sight().size() - 2), "line 199");
   form->txtLog.Text = "";
   turn();
-  EXPECT_EQ(page().toPlainText(), "");
+  EXPECT_EQ(log().lines_in_sight(), QStringList{""});
   form->txtLog.Text = "afresh, and longer than nothing";
   turn();
-  EXPECT_EQ(page().toPlainText(), "afresh, and longer than nothing");
+  EXPECT_EQ(log().lines_in_sight(), QStringList{"afresh, and longer than nothing"});
 }
 
-// Nothing that was shown is laid out again when lines come.
-TEST_F(WindowTexts, ALogIsAppendedTo) {
-  page().setReadOnly(true);
-  form->txtLog.Text = "first\r\n";
+// Whatever its length, what is laid out is what there is room for.
+TEST_F(WindowTexts, OfALongLogOnlyWhatIsInSightIsLaidOut) {
+  std::string text;
+  for (int i = 0; i < 100'000; ++i) text += "line " + std::to_string(i) + "\r\n";
+  form->txtLog.Text = text;
   turn();
-  int removed = 0;
-  QObject::connect(page().document(), &QTextDocument::contentsChange, &page(),
-                   [&](int, int taken, int) { removed += taken; });
-  form->txtLog.Text.append("second\r\n");
-  turn();
-  EXPECT_EQ(page().toPlainText(), "first\nsecond\n");
-  EXPECT_EQ(removed, 0);
+  EXPECT_EQ(log().line_count(), 100'001);
+  EXPECT_LE(log().lines_in_sight().size(), log().viewport()->height() / log().fontMetrics().lineSpacing());
+  log().setFocus();
+  QTest::keyClick(&log(), Qt::Key_Home);
+  EXPECT_EQ(log().lines_in_sight().front(), "line 0");
+  QTest::keyClick(&log(), Qt::Key_PageDown);
+  EXPECT_EQ(log().lines_in_sight().front(), "line " + QString::number(log().lines_in_sight().size()));
+  QTest::keyClick(&log(), Qt::Key_End);
+  EXPECT_EQ(log().lines_in_sight().back(), "");
 }
 
-TEST_F(WindowTexts, APageIsEditedByTheUser) {
-  page().setFocus();
-  QTest::keyClicks(&page(), "ab");
-  QTest::keyClick(&page(), Qt::Key_Return);
+// The oldest lines go, as they do in a log at its bound.
+TEST_F(WindowTexts, ALogThatLosesItsBeginningIsShownAnew) {
+  form->txtLog.Text = "one\r\ntwo\r\nthree\r\n";
   turn();
-  EXPECT_EQ(form->txtLog.Text, "ab\r\n");
+  form->txtLog.Text.replace_front(5, "gone\r\n");
+  EXPECT_EQ(log().line(7), "") << "before its turn, too, no line is read beyond the text";
+  turn();
+  EXPECT_EQ(log().lines_in_sight(), (QStringList{"gone", "two", "three", ""}));
+}
+
+TEST_F(WindowTexts, LinesOfALogAreSelectedAndCopied) {
+  form->txtLog.Text = "one\r\ntwo\r\nthree\r\nfour";
+  turn();
+  const int height = log().fontMetrics().lineSpacing();
+  QTest::mousePress(log().viewport(), Qt::LeftButton, {}, {10, 4 + 2 * height + 1});
+  QMouseEvent drag(QEvent::MouseMove, QPointF(10, 4 + height + 1), QPointF(), Qt::NoButton, Qt::LeftButton,
+                   {});
+  QApplication::sendEvent(log().viewport(), &drag);
+  QTest::keyClick(&log(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), "two\nthree");
+  QTest::keyClick(&log(), Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&log(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), "one\ntwo\nthree\nfour");
+}
+
+TEST_F(WindowTexts, ASelectionInALogIsSeen) {
+  form->txtLog.Text = "one\r\ntwo";
+  turn();
+  const auto color_of_line = [&](int line) {
+    const QImage shown = log().viewport()->grab().toImage();
+    return shown.pixelColor(shown.width() - 3, 4 + line * log().fontMetrics().lineSpacing() + 2);
+  };
+  const QColor before = color_of_line(0);
+  QTest::mouseClick(log().viewport(), Qt::LeftButton, {}, {10, 6});
+  EXPECT_NE(color_of_line(0), before);
+  EXPECT_EQ(color_of_line(1), before);
 }
 
 }  // namespace

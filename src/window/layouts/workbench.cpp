@@ -1,7 +1,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QTabWidget>
 
 #include "window/arranger.h"
@@ -130,8 +129,7 @@ QGroupBox* address_frame(Arranger& place) {
 }  // namespace
 
 QLayout* arrange_workbench(Arranger& place) {
-  auto* log = place.as<QPlainTextEdit>("Txtlog");
-  log->setReadOnly(true);
+  auto* log = place("Txtlog");
   log->setAccessibleName("Log");
   log->setMinimumWidth(64 * log->fontMetrics().averageCharWidth());
   auto* log_group =
