@@ -1,5 +1,6 @@
 // Real-time collection on every panel: pace, session, buttons, samples, trace.
 #include <cmath>
+#include <limits>
 
 #include "support/panel_fixture.h"
 
@@ -34,6 +35,13 @@ TEST_P(PanelCollection, OpensTheSessionOnceAndClosesItOnce) {
   EXPECT_EQ(calls("WDU_VB_Init"), sessions_of_a_collection());
   EXPECT_EQ(calls("WDU_VB_Uninit"), sessions_of_a_collection());
   EXPECT_EQ(recorder.calls.back(), "WDU_VB_Uninit");
+  expect_ended();
+}
+
+TEST_P(PanelCollection, BehindTheHighestNumberOfACollectionComesTheLowest) {
+  store.Collections = std::numeric_limits<std::int32_t>::max();
+  collect(2);
+  EXPECT_EQ(store.Collections, std::numeric_limits<std::int32_t>::min());
   expect_ended();
 }
 

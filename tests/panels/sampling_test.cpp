@@ -1,4 +1,6 @@
 // Timed sampling on every panel: trigger, delay, reading.
+#include <limits>
+
 #include "support/panel_fixture.h"
 
 namespace varzelin::testing {
@@ -38,6 +40,21 @@ TEST_P(PanelSamplingByTrigger, TheDelayIsTheRowsIndex) {
     panel.CboIntTime(5).ListIndex = row;
     EXPECT_NEAR(passes(3).at(1) - without, row, 0.1) << row;
   }
+}
+
+TEST_P(PanelSamplingByTrigger, ACountSetFromOutsideIsShownAsItIs) {
+  bool shown = false;
+  user.at_yield = [&] {
+    if (panel.Label18.Caption == "Data Collection In Process" && store.Sample_Count == 0 && !shown) {
+      store.Sample_Count = std::numeric_limits<std::int32_t>::min();
+    }
+    if (panel.lblLoop_Count.Caption != "-2147483657" || shown) return;
+    shown = true;
+    store.Sample_Count = 1;
+    program.runtime.post(clicking(panel.cmdEndSampling));
+  };
+  click(panel.cmdSample);
+  EXPECT_TRUE(shown);
 }
 
 TEST_P(PanelSamplingByTrigger, WithoutADelayItDoesNotYieldForOne) {

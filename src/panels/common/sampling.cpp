@@ -15,6 +15,11 @@ constexpr std::array<Flag Store::*, 6> deferred_work_flags{&Store::PendingClearI
                                                            &Store::PendingWriteR0,  &Store::PendingWriteR1,
                                                            &Store::PendingIntHigh,  &Store::PendingIntLow};
 
+// Behind the last number comes the lowest one.
+std::int32_t next_number(std::int32_t number) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(number) + 1);
+}
+
 }  // namespace
 
 // --- timed sampling ---
@@ -113,7 +118,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   // First, as a text that is no scale fails here: the buttons then are as they were.
   take_scale();
   interval_ms_ = interval_ms;
-  ++store.Collections;
+  store.Collections = next_number(store.Collections);
   Label18.Caption = collecting_text;
   cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
   cmdSample.Enabled = false;
@@ -274,7 +279,7 @@ void SensorPanel::offer(forms::Control& button, bool offered) {
   (model.buttons_stay ? button.Enabled : button.Visible) = offered;
 }
 
-std::size_t SensorPanel::slot(std::int32_t sample) {
+std::size_t SensorPanel::slot(std::int64_t sample) {
   if (sample < 0 || sample > last_sample) forms::raise_error(forms::subscript_out_of_range);
   return static_cast<std::size_t>(sample);
 }
@@ -295,7 +300,7 @@ void SensorPanel::count_sample() {
 }
 
 void SensorPanel::show_count() {
-  lblLoop_Count.Caption = std::to_string(store.Sample_Count - settling_samples);
+  lblLoop_Count.Caption = std::to_string(std::int64_t{store.Sample_Count} - settling_samples);
 }
 
 void SensorPanel::advance_trace() {

@@ -158,7 +158,7 @@ class SensorPanel : public BusPanel {
   void toggle_leds();
   void show_comm_test(bool good);
   // A slot of Sample_Value; raises subscript_out_of_range outside 0 to last_sample.
-  static std::size_t slot(std::int32_t sample);
+  static std::size_t slot(std::int64_t sample);
   std::size_t slot() const { return slot(store.Sample_Count); }
 
   bool overtaken() const final;

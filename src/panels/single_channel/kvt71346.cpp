@@ -261,7 +261,7 @@ std::int32_t frmKVT71346::measurement_row() {
 
 void frmKVT71346::show_measurement() {
   if (store.Sample_Count == 0) return;  // the first transfer failed already
-  const std::size_t last = slot(store.Sample_Count - 1);
+  const std::size_t last = slot(std::int64_t{store.Sample_Count} - 1);
   txtReading.Text = forms::CStr(store.Sample_Value[last]);
   if (store.SingleReading == 0) txtReading2.Text = forms::CStr(store.Sample_Value2[last]);
 }
