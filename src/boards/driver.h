@@ -153,6 +153,10 @@ class Driver {
 
   Observer* observer = nullptr;  // not owned; may be null
 
+  // Called again and again while a transfer waits for the board, for a front end that stays painted. It runs
+  // no handler and calls no driver; may be empty.
+  std::function<void()> on_wait;
+
   // What the user should be told once in a message box, e.g. how to get access to the board. May come
   // from inside any call; may be empty.
   std::function<void(const std::string& text)> on_advice;

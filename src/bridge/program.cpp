@@ -11,11 +11,13 @@ Program::Program(forms::Clock& clock, boards::Driver& board, forms::FrontEnd& fr
   std::error_code unknown_folder;
   application_folder = std::filesystem::current_path(unknown_folder).string();
   driver.on_remark = [this](const std::string& text) { Log_Info(*this, text); };
+  driver.on_wait = [this] { runtime.front_end().wait(); };
   runtime.poll = [this] { driver.deliver_notifications(); };
 }
 
 Program::~Program() {
   driver.on_remark = nullptr;
+  driver.on_wait = nullptr;
 }
 
 }  // namespace varzelin

@@ -9,6 +9,7 @@ namespace forms {
 
 Form::Form(FormSet& set, std::string name, std::string caption)
     : Caption(*this, "Caption", std::move(caption)),
+      Activity(*this, "Activity"),
       ScaleWidth(*this, "ScaleWidth", 0.0),
       ScaleHeight(*this, "ScaleHeight", 0.0),
       set_(set),

@@ -20,6 +20,8 @@ class Form : public PropertyOwner {
 
   const std::string& name() const { return name_; }  // "frmGPIO"; "frmScriptOps#2"
   TextProperty Caption;
+  // What a handler of it is at, for front ends to say behind the caption; empty: nothing that takes long.
+  TextProperty Activity;
   // The client area in the platform's units, 15 to a pixel. A front end sets it, then raises Form_Resize.
   Property<double> ScaleWidth;
   Property<double> ScaleHeight;

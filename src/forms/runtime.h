@@ -77,6 +77,8 @@ class FrontEnd {
   virtual void sleep(Clock& clock, Clock::Duration time) { clock.pass(time); }
   // A loop paces itself: as sleep, but it may end as soon as runtime.event_waits().
   virtual void pause(const Runtime& runtime, Clock::Duration time);
+  // A handler waits for a device, some times in 100 ms: no handler runs.
+  virtual void wait() {}
   // Nothing is to do: wait for a user's action, at the longest for `limit` (none: as long as it takes).
   virtual void idle(std::optional<Clock::Duration> limit) = 0;
 };

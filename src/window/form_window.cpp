@@ -91,7 +91,9 @@ void FormWindow::name_widgets() {
 }
 
 void FormWindow::show_title() {
-  const QString title = to_qt(form_.Caption.get()) + title_suffix_;
+  const std::string& activity = form_.Activity.get();
+  const std::string caption = form_.Caption + (activity.empty() ? "" : ": " + activity);
+  const QString title = to_qt(caption) + title_suffix_;
   if (title != windowTitle()) setWindowTitle(title);
 }
 

@@ -23,6 +23,7 @@ class WindowFrontEnd : public forms::FrontEnd {
   // Keeps the windows painted. A sleep of a few milliseconds just sleeps.
   void sleep(forms::Clock& clock, forms::Clock::Duration time) override;
   void pause(const forms::Runtime& runtime, forms::Clock::Duration time) override;
+  void wait() override { yield(); }
   void idle(std::optional<forms::Clock::Duration> limit) override;
 
  private:

@@ -169,11 +169,17 @@ void frmI2C_General::txtUserRegAdr_KeyPress(int& KeyAscii) {
 
 // --- all rows ---
 
+// A board that doesn't answer takes two time-outs a row.
+void frmI2C_General::say_row(int row) {
+  Activity = "row " + std::to_string(row + 1) + " waits for the board";
+}
+
 void frmI2C_General::cmdReadRegs_Click() {
   connect_by_rule(program);
   for (int row = 0; row < rows; ++row) {
     const bool active = is_active(row);
     if (active) {
+      say_row(row);
       show_row_read(row, read_register(HexVal(Reg_Adr(row).Text)));
     } else {
       Shape1(row).FillColor = lamp(store.Clr_Black);
@@ -181,6 +187,7 @@ void frmI2C_General::cmdReadRegs_Click() {
     Shape1(row).Visible = active;
     txtRdByte(row).Enabled = active;
   }
+  Activity = "";
   disconnect_by_rule(program);
 }
 
@@ -192,10 +199,12 @@ void frmI2C_General::cmdwriteAll_Click() {
       shpBwrite(row).Visible = false;
       continue;
     }
+    say_row(row);
     // No test of the text here: what isn't hexadecimal is sent as 0.
     const BusReply reply = write_register(HexVal(Reg_Adr(row).Text), HexVal(txtBWrite(row).Text));
     show_row_write(row, reply.status == good_write);
   }
+  Activity = "";
   disconnect_by_rule(program);
 }
 

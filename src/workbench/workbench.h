@@ -221,6 +221,7 @@ class frmI2C_General final : public ProgramForm, private SessionDisplay {
   BusReply set_register_pointer(int register_number);
   BusReply reply_of(int size, int preset_status);
   void show_row_write(int row, bool good);
+  void say_row(int row);
   void show_row_read(int row, const BusReply& reply);
   void show_single_byte(Shape& action_lamp, bool good);
   void show_comm_result(bool good);

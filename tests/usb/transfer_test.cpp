@@ -88,6 +88,23 @@ TEST_F(UsbTransfer, TimeOut) {
   EXPECT_EQ(i2c_reply(2).status, success);
 }
 
+// A front end gets its turns while a board is silent, and none where it answers at once.
+TEST_F(UsbTransfer, ATransferThatWaitsTellsSo) {
+  int turns = 0;
+  driver.on_wait = [&] { ++turns; };
+  EXPECT_EQ(i2c_reply(2).status, LIBUSB_ERROR_TIMEOUT);
+  EXPECT_GE(turns, 10);
+  driver.on_wait = nullptr;
+}
+
+TEST_F(UsbTransfer, WhatIsThrownWhileATransferWaitsEndsItAndComesOut) {
+  driver.on_wait = [] { throw std::runtime_error("enough"); };
+  EXPECT_THROW(i2c_reply(2), std::runtime_error);
+  driver.on_wait = nullptr;
+  EXPECT_EQ(i2c({2, 0x89, 4}), success);
+  EXPECT_EQ(i2c_reply(3).status, success);
+}
+
 TEST_F(UsbTransfer, BytesBeforeATimeOutAreKept) {
   board.bring_and_hang(pipe_i2c_in, {2, 0xA5});
   const Received reply = i2c_reply(3);

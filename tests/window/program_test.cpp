@@ -344,6 +344,40 @@ TEST_F(WindowOfProgram, ExitEndsACollectionWithALongIntervalAtOnce) {
   EXPECT_LT(program.runtime.timeGetTime() - asked, 100);
 }
 
+// A board that is silent: while its driver waits the window is painted, and its title says which row waits.
+TEST_F(WindowOfProgram, ReadAllSaysWhichRowWaits) {
+  show("frmI2C_General");
+  auto& bench = program.forms.touch<frmI2C_General>();
+  for (int row = 0; row < 32; ++row) {
+    if (row != 0 && row != 6) bench.Reg_Adr(row).Text = "";
+  }
+  struct Silent final : boards::Driver::Observer {
+    void call_begins() override {
+      if (waiting) waiting();
+    }
+    void call_ended(const boards::CallRecord&) override {}
+    std::function<void()> waiting;
+  } silent;
+  QStringList titles;
+  board.observer = &silent;
+  silent.waiting = [&] {
+    forms::SystemClock real;
+    const auto before = real.now();
+    while (real.now() - before < std::chrono::milliseconds(20)) board.on_wait();
+    const QString title = window_of("frmI2C_General").windowTitle();
+    if (!titles.contains(title)) titles += title;
+  };
+  program.store.Usb_Open = true_flag;
+  program.store.Man_Usb_Conn = true_flag;
+  program.runtime.dispatch([&] { bench.cmdReadRegs_Click(); });
+  board.observer = nullptr;
+  ASSERT_EQ(titles.size(), 2);
+  EXPECT_TRUE(titles[0].contains(": row 1 waits for the board"));
+  EXPECT_TRUE(titles[1].contains(": row 7 waits for the board"));
+  turn();
+  EXPECT_FALSE(window_of("frmI2C_General").windowTitle().contains("waits"));
+}
+
 TEST_F(WindowOfProgram, LampsShowTheGpioBytes) {
   choose_model(0);
   show("frmGPIO");

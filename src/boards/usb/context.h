@@ -27,6 +27,9 @@ class Context {
   // Once, before anything else. Doesn't wait for any device. Success or init_failed().
   Status open(Watch watch);
 
+  // Of an open one.
+  libusb_context* get() const { return context_.get(); }
+
   // True when the boards may be others than at the last call; always true the first time. Never waits.
   bool changed(TimePoint now);
 

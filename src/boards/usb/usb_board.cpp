@@ -6,6 +6,7 @@
 #include <thread>
 #include <utility>
 
+#include "boards/usb/bulk_transfer.h"
 #include "boards/usb/device.h"
 #include "boards/usb/statuses.h"
 
@@ -221,12 +222,9 @@ Status UsbBoard::do_transfer(Handle device, std::int32_t pipe, bool read, std::s
   if (const Status status = admit(device)) return status;
   if (!is_pipe(pipe) || to_host(pipe) != read) return LIBUSB_ERROR_INVALID_PARAM;
   transfer_place_ = usb::place_of(board_->device.get());
-  int count = 0;
-  const Status status =
-      libusb_bulk_transfer(board_->open.get(), static_cast<unsigned char>(pipe), buffer.data(),
-                           static_cast<int>(buffer.size()), &count, transfer_timeout_ms);
-  transferred = static_cast<std::size_t>(count);
-  return concluded(status);
+  const usb::BulkTransfer wanted{static_cast<unsigned char>(pipe), buffer, transfer_timeout_ms};
+  return concluded(
+      usb::run_transfer(session_->context.get(), board_->open.get(), wanted, transferred, on_wait));
 }
 
 }  // namespace boards
