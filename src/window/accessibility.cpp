@@ -9,6 +9,7 @@
 
 #include "window/accessible_drop_down.h"
 #include "window/lamp.h"
+#include "window/log_view.h"
 #include "window/look.h"
 #include "window/picture_view.h"
 
@@ -103,11 +104,25 @@ class LabelAccessible final : public QAccessibleWidget {
   QLabel& label_;
 };
 
+// Its lines that are in sight: a log is too long to be told.
+class LogAccessible final : public QAccessibleWidget {
+ public:
+  explicit LogAccessible(LogView& log) : QAccessibleWidget(&log, QAccessible::Document), log_(log) {}
+
+  QString text(QAccessible::Text what) const override {
+    return what == QAccessible::Value ? log_.lines_in_sight().join('\n') : QAccessibleWidget::text(what);
+  }
+
+ private:
+  LogView& log_;
+};
+
 // Qt asks for the class of a widget and for those that it derives from, in turn.
 QAccessibleInterface* accessible_of(const QString& class_name, QObject* object) {
   auto* widget = qobject_cast<QWidget*>(object);
   if (!widget) return nullptr;
   if (auto* lamp = dynamic_cast<Lamp*>(widget)) return new LampAccessible(*lamp);
+  if (auto* log = dynamic_cast<LogView*>(widget)) return new LogAccessible(*log);
   if (auto* picture = dynamic_cast<PictureView*>(widget); picture && !picture->layout())
     return new QAccessibleWidget(picture, QAccessible::Chart);
   if (auto* option = qobject_cast<QRadioButton*>(widget))

@@ -14,6 +14,7 @@
 #include "support/panel_window.h"
 #include "window/bench_window.h"
 #include "window/bus_trace_window.h"
+#include "workbench/workbench.h"
 
 namespace varzelin::testing {
 namespace {
@@ -162,6 +163,16 @@ TEST_F(WindowAccessibility, ARegisterIsHeardToBeWrittenReadAndDifferent) {
   turn();
   click("cmdRead_All");
   EXPECT_EQ(accessible_name("ShpAttach"), "USB Comm: failed");
+}
+
+TEST_F(WindowAccessibility, TheLogTellsTheLinesThatAreInSight) {
+  show("frmI2C_General");
+  program.forms.touch<frmI2C_General>().Txtlog.Text = "first\r\n\r\nlast";
+  turn();
+  const auto& log = tree_of(WindowProgram::widget<QWidget>("frmI2C_General", "Txtlog"));
+  EXPECT_EQ(role_of(log), "Document");
+  EXPECT_EQ(name_of(log), "Log");
+  EXPECT_EQ(log.text(QAccessible::Value), "first\n\nlast");
 }
 
 TEST_F(WindowAccessibility, ALabelWithAValueTellsTheValue) {
