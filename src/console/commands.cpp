@@ -28,7 +28,7 @@ void start(Console& console, Arguments& arguments) {
 void wait(Console& console, Arguments& arguments) {
   const auto time = duration(arguments);
   arguments.end();
-  console.wait(time);
+  console.let_time_pass(time);
 }
 
 void finish(Console& console, Arguments& arguments) {

@@ -203,7 +203,7 @@ void Console::start(Acting command, Arguments& arguments) {
   act(command, arguments, false);
 }
 
-void Console::wait(Duration time) {
+void Console::let_time_pass(Duration time) {
   enter(State::Waiting, from_now(time));
 }
 

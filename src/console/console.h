@@ -42,7 +42,7 @@ class Console final : public forms::FrontEnd {
   Context& context() { return context_; }
   // Begins what the command acts, without waiting for its return.
   void start(Acting command, Arguments& arguments);
-  void wait(forms::Clock::Duration time);
+  void let_time_pass(forms::Clock::Duration time);
   void finish(forms::Clock::Duration at_most);
   void let_yields_pass(int count);
   [[noreturn]] void quit();
