@@ -182,6 +182,7 @@ QWidget* Arranger::aligned_by_blanks(QWidget* widget) {
 
 QWidget* Arranger::without_room(QWidget* widget) {
   widget->setFixedSize(0, 0);
+  widget->setFocusPolicy(Qt::NoFocus);
   return widget;
 }
 
@@ -194,10 +195,6 @@ QWidget* Arranger::name_lamp(QWidget* lamp, const QString& name, const LampWords
 QLayout* Arranger::lamp(QWidget* lamp, QWidget* caption, const LampWords& words) {
   if (const auto* label = qobject_cast<QLabel*>(caption)) name_lamp(lamp, label->text(), words);
   return row({lamp, {caption, 1}});
-}
-
-void Arranger::set_tab_order() const {
-  for (std::size_t i = 1; i < widgets_.size(); ++i) QWidget::setTabOrder(widgets_[i - 1], widgets_[i]);
 }
 
 std::vector<forms::Control*> Arranger::left_over() const {

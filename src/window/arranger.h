@@ -94,8 +94,6 @@ class Arranger {
 
   // Controls that need a place and have none.
   std::vector<forms::Control*> left_over() const;
-  // The Tab key goes through the widgets in the order in which they found their places.
-  void set_tab_order() const;
 
  private:
   forms::Form& form_;

@@ -8,6 +8,7 @@
 #include "window/binding.h"
 #include "window/log_view.h"
 #include "window/look.h"
+#include "window/results.h"
 
 namespace window {
 namespace {
@@ -131,6 +132,9 @@ class LineBinding final : public TextBinding {
   LineBinding(forms::TextBox& text_box, QWidget* parent)
       : TextBinding(text_box), edit_(new QLineEdit(parent)), shown_caret_(text_box.SelStart) {
     adopt(edit_);
+    const Result result = result_of(text_box);
+    if (result != Result::none) edit_->setFocusPolicy(Qt::ClickFocus);
+    edit_->setReadOnly(result == Result::shown);
     connect(edit_, &QLineEdit::textEdited, this, [this] { edited_by_user(); });
   }
 

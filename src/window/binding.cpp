@@ -48,7 +48,7 @@ void Binding::watch(QWidget* part) {
 }
 
 void Binding::acts() {
-  if (std::exchange(passing_, false) && control_.handles(Event::GotFocus))
+  if (focused_ && !std::exchange(told_of_focus_, true) && control_.handles(Event::GotFocus))
     notify([this] { forms::user::focus(control_); });
 }
 
@@ -66,18 +66,21 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:
     case QEvent::FocusOut: {
+      if (object != widget_) break;
+      if (event->type() == QEvent::FocusIn) focused_ = true;
       // The focus stays with the control while another window or a menu has it.
       const auto reason = static_cast<QFocusEvent*>(event)->reason();
-      if (object != widget_ || reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+      if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
           reason == Qt::MenuBarFocusReason) {
         break;
       }
       if (event->type() == QEvent::FocusIn) {
-        passing_ = true;
         if (!by_keyboard(reason)) acts();
-      } else if (!std::exchange(passing_, false) && control_.handles(Event::LostFocus)) {
-        notify([this] { forms::user::leave(control_); }, When::Always);
+        break;
       }
+      focused_ = false;
+      if (std::exchange(told_of_focus_, false) && control_.handles(Event::LostFocus))
+        notify([this] { forms::user::leave(control_); }, When::Always);
       break;
     }
     case QEvent::MouseButtonRelease: {

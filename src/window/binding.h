@@ -75,9 +75,10 @@ class Binding : public QObject {
   forms::Control& control_;
   QWidget* widget_ = nullptr;
   int ahead_ = 0;
-  // The keyboard brought the focus here, and the program doesn't know: going through a window acts on
+  bool focused_ = false;
+  // What the keyboard brings the focus to isn't told before an action: going through a window acts on
   // nothing.
-  bool passing_ = false;
+  bool told_of_focus_ = false;
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);
 };
 

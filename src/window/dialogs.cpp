@@ -1,8 +1,10 @@
 #include "window/dialogs.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QStringList>
 
@@ -44,7 +46,28 @@ QString title_of(const std::string& title, const QString& suffix) {
 
 }  // namespace
 
+namespace {
+
+// Where no window manager does it, the focus goes back by hand to where it was before a dialog.
+class FocusComesBack {
+ public:
+  FocusComesBack() : focus_(QApplication::focusWidget()) {}
+  ~FocusComesBack() {
+    if (!focus_) return;
+    focus_->activateWindow();
+    focus_->setFocus(Qt::ActiveWindowFocusReason);
+  }
+  FocusComesBack(const FocusComesBack&) = delete;
+  FocusComesBack& operator=(const FocusComesBack&) = delete;
+
+ private:
+  QPointer<QWidget> focus_;
+};
+
+}  // namespace
+
 int show_message(QWidget* parent, const forms::MessageBox& message, const QString& title_suffix) {
+  const FocusComesBack focus;
   QMessageBox box(icon_of(message.buttons), title_of(message.title, title_suffix), to_qt(message.text),
                   QMessageBox::NoButton, parent);
   box.setTextFormat(Qt::PlainText);
@@ -66,6 +89,7 @@ int show_message(QWidget* parent, const forms::MessageBox& message, const QStrin
 
 std::optional<std::string> ask_text(QWidget* parent, const forms::InputBoxRequest& request,
                                     const QString& title_suffix) {
+  const FocusComesBack focus;
   bool accepted = false;
   const QString text =
       QInputDialog::getText(parent, title_of(request.title, title_suffix), to_qt(request.prompt),
@@ -91,6 +115,7 @@ QStringList name_filters(const std::string& filter) {
 // The dialog to open takes a new name as well: whether the file has to exist is for the program to say.
 std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& request,
                                        const QString& title_suffix) {
+  const FocusComesBack focus;
   QFileDialog dialog(parent, title_of(request.title, title_suffix));
   dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(QFileDialog::AnyFile);

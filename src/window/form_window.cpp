@@ -12,6 +12,7 @@
 #include "window/layouts/layouts.h"
 #include "window/look.h"
 #include "window/names.h"
+#include "window/tab_order.h"
 
 namespace window {
 
@@ -22,6 +23,7 @@ FormWindow::FormWindow(forms::Form& form, QString title_suffix, const std::vecto
   scroll->setWidget(content_ = new QWidget);
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
   setCentralWidget(scroll);
   make_widgets();
   add_windows_menu(*menuBar(), windows);
@@ -61,8 +63,18 @@ void FormWindow::arrange() {
     left_over_ = place.left_over();
   }
   if (!place.left_over().empty()) outermost->addLayout(arrange_plainly(place));
-  place.set_tab_order();
   show_all();
+  take_focus(set_tab_order(*content_));
+}
+
+// The first widget to work with has the focus when the window comes, unless the layout chose another.
+void FormWindow::take_focus(const std::vector<QWidget*>& stops) {
+  if (focusWidget()) return;
+  for (QWidget* stop : stops) {
+    if (!stop->isEnabledTo(this) || !stop->isVisibleTo(this)) continue;
+    stop->setFocus(Qt::TabFocusReason);
+    return;
+  }
 }
 
 namespace {

@@ -19,6 +19,11 @@ struct KeyboardWindow : WindowOfProgram {
     turn();
     return shown;
   }
+  // A layout passes a change on by a posted event, level by level.
+  static void settle() {
+    constexpr int levels = 12;
+    for (int i = 0; i < levels; ++i) QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  }
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QWidget* focus = QApplication::focusWidget();
     QTest::keyClick(focus ? focus : QApplication::activeWindow(), key, modifiers);

@@ -1,8 +1,12 @@
 // Every form worked by the keyboard: what Tab and the arrows go through.
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "support/keyboard_window.h"
@@ -70,6 +74,93 @@ TEST_F(WindowKeyboard, ACollectionGoesOnWhileTheTabKeyGoesThroughItsPanel) {
   EXPECT_TRUE(interval_left);
   EXPECT_EQ(program.store.Collections, 1);
   EXPECT_EQ(widget<QLabel>("frmKVT71346", "Label18").text(), "Data Collection Halted");
+}
+
+TEST_F(WindowKeyboard, TheFocusBeginsOnTheFirstWidgetToWorkWith) {
+  const std::map<std::string, std::string> first{
+      {"frmStartup", "cboDeviceSelect"}, {"frmAbout2", "cmdOK"},        {"frmI2C_General", "ChKManUsbConn"},
+      {"frmGPIO", "chkOutEn(0)"},        {"frmScriptOps", "vbalGrid1"}, {"frmKVT71346", "lst_MainOptions"},
+      {"frmKVT71385", "OptMode(2)"}};
+  for (const auto& [form, widget] : first) {
+    front(form);
+    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), widget);
+  }
+}
+
+TEST_F(WindowKeyboard, ABoxLeavesTheFocusWhereItWas) {
+  choose_model(0);
+  auto& write = widget<QPushButton>("frmKVT71346", "cmdStartRec(0)");
+  front("frmKVT71346");
+  write.setFocus();
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [] {
+    if (QWidget* box = QApplication::activeModalWidget()) QTest::keyClick(box, Qt::Key_Return);
+  });
+  user.start(0);
+  press(Qt::Key_Space);  // "Save More Measurements"
+  EXPECT_EQ(QApplication::focusWidget(), &write);
+  EXPECT_TRUE(window_of("frmKVT71346").isActiveWindow());
+}
+
+QRect place_of(const QWidget& widget, const QWidget& content) {
+  return {widget.mapTo(&content, QPoint()), widget.size()};
+}
+
+// From one to the next it goes right or down: never back to the left in a line, nor up in a column.
+bool reads_on(const QRect& from, const QRect& to) {
+  const bool below = to.center().y() > from.bottom();
+  const bool right = to.center().x() > from.right();
+  return below || right;
+}
+
+// Once round, wherever it begins: only the step from the last to the first leads back.
+void expect_reading_order(const std::vector<QWidget*>& stops, const QWidget& content) {
+  std::set<QWidget*> seen;
+  std::vector<std::string> back;
+  const QWidget* before = stops.back();
+  for (QWidget* stop : stops) {
+    const std::string name = stop->objectName().toStdString();
+    EXPECT_TRUE(content.isAncestorOf(stop)) << name;
+    EXPECT_FALSE(stop->size().isEmpty()) << name;
+    EXPECT_TRUE(seen.insert(stop).second) << name << " twice";
+    if (!reads_on(place_of(*before, content), place_of(*stop, content)))
+      back.push_back(name + " behind " + before->objectName().toStdString());
+    before = stop;
+  }
+  EXPECT_EQ(back.size(), 1u) << ::testing::PrintToString(back);
+}
+
+TEST_F(WindowKeyboard, TheTabKeyGoesInReadingOrderThroughWhatCanBeSeen) {
+  for (const std::string& form : program.forms.names()) {
+    SCOPED_TRACE(form);
+    window::FormWindow& shown = front(form);
+    if (auto* layout = shown.findChild<QLabel*>("Label13")) QTest::mouseDClick(layout, Qt::LeftButton);
+    turn();
+    auto* tabs = shown.content()->findChild<QTabWidget*>();
+    for (int page = 0; page < (tabs ? tabs->count() : 1); ++page) {
+      if (tabs && !tabs->isTabVisible(page)) continue;
+      if (tabs) tabs->setCurrentIndex(page);
+      turn();
+      settle();
+      expect_reading_order(tab_stops(), *shown.content());
+    }
+  }
+}
+
+TEST_F(WindowKeyboard, TheTabKeyPassesBoxesThatOnlyShowResults) {
+  choose_model(0);
+  front("frmKVT71346");
+  auto& reading = widget<QLineEdit>("frmKVT71346", "txtReading");
+  auto& count = widget<QLineEdit>("frmKVT71346", "txtADDec");
+  const std::vector<QWidget*> stops = tab_stops();
+  for (QLineEdit* box : {&reading, &count}) EXPECT_EQ(std::ranges::count(stops, box), 0);
+  EXPECT_EQ(std::ranges::count(stops, &widget<QLineEdit>("frmKVT71346", "txtScale")), 1);
+  EXPECT_TRUE(reading.isReadOnly());
+  EXPECT_FALSE(count.isReadOnly());  // the interrupt test reads it
+  reading.setText("123");
+  QTest::mouseDClick(&reading, Qt::LeftButton);
+  EXPECT_TRUE(reading.hasFocus());
+  EXPECT_EQ(reading.selectedText(), "123");
 }
 
 }  // namespace

@@ -74,12 +74,12 @@ QWidget* register_table(Arranger& place) {
   return table;
 }
 
-// A button above its value and its lamp.
+// A value with its lamp above its button.
 QLayout* byte_transfer(Arranger& place, QWidget* button, QWidget* value, const QString& words, int lamp) {
   QWidget* result = place("Shape2", lamp);
   value->setAccessibleName(words);
   place.name_lamp(result, words, action_words);
-  return column({button, row({place.digits(4, value), result, Part::room()})});
+  return column({row({place.digits(4, value), result, Part::room()}), button});
 }
 
 QGroupBox* single_byte_frame(Arranger& place) {
