@@ -12,6 +12,7 @@
 #include "shell/application.h"
 #include "window/accessibility.h"
 #include "window/emblem.h"
+#include "window/house_style.h"
 
 namespace window {
 
@@ -57,7 +58,7 @@ QSize on_screen(const QWidget& window, QSize size) {
 
 void set_look(QApplication& application) {
   install_accessibility();
-  QApplication::setStyle("fusion");
+  QApplication::setStyle(new HouseStyle);
   QApplication::setApplicationName(varzelin::application_title);
   // Each program's desktop file has the program's name.
   QApplication::setDesktopFileName(QFileInfo(QApplication::applicationFilePath()).fileName());
