@@ -2,8 +2,9 @@
 #include "boards/simulated/simulated_board.h"
 #include "window/desktop.h"
 
-int main(int, char** arguments) {
+int main(int count, char** words) {
   forms::SystemClock clock;
   boards::SimulatedBoard board(clock);
-  return window::run(arguments[0], {.clock = clock, .driver = board, .bench = &board});
+  return window::run({words, static_cast<std::size_t>(count)},
+                     {.clock = clock, .driver = board, .bench = &board});
 }

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <cstdio>
+#include <optional>
+#include <string_view>
 
 #include "shell/application.h"
 #include "shell/ending.h"
@@ -12,15 +14,45 @@
 
 namespace window {
 
-// The program takes no options, so Qt gets none either.
-int run(const char* program_name, const Desktop& desktop) {
-  const auto is_set = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
+namespace {
+
+constexpr int bad_arguments = 2;
+
+constexpr const char* usage =
+    "Usage: %s [--help | --version]\n"
+    "Opens the windows of the evaluation software. It takes no other options: everything is set in the "
+    "windows,\n"
+    "F1 tells the first steps and the keys. varzelin-als-console is the whole program without windows.\n";
+
+// The exit code that the command line leads to; none: the program is to run.
+std::optional<int> answer(const std::string& program_name, std::span<char*> options) {
+  if (options.empty()) return std::nullopt;
+  const std::string_view option = options.front();
+  if (options.size() == 1 && option == "--help") {
+    std::printf(usage, program_name.c_str());
+    return 0;
+  }
+  if (options.size() == 1 && option == "--version") {
+    std::printf("%s %s\n", program_name.c_str(), varzelin::application_version);
+    return 0;
+  }
+  std::fprintf(stderr, "%s: \"%s\" is not taken. --help tells what is.\n", program_name.c_str(),
+               options[option == "--help" || option == "--version" ? 1 : 0]);
+  return bad_arguments;
+}
+
+}  // namespace
+
+// Qt gets no options.
+int run(std::span<char*> words, const Desktop& desktop) {
+  std::string name = words.front();
+  if (const auto exit_code = answer(name.substr(name.rfind('/') + 1), words.subspan(1))) return *exit_code;
+  const auto is_set = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
   if (!is_set("DISPLAY") && !is_set("WAYLAND_DISPLAY") && !is_set("QT_QPA_PLATFORM")) {
     std::fputs("There is no display here. varzelin-als-console is the whole program without windows.\n",
                stderr);
     return 1;
   }
-  std::string name = program_name;
   char* arguments[] = {name.data(), nullptr};
   int count = 1;
   QApplication application(count, arguments);

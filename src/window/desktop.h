@@ -1,6 +1,7 @@
 // A desktop program from its start to its end.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "boards/driver.h"
@@ -19,8 +20,9 @@ struct Desktop {
   std::string library = {};                 // that the driver is made with, for the about box; may be empty
 };
 
-// Returns the exit code of the process when the user has left the program: 0, or 128 and the signal that
-// ended it.
-int run(const char* program_name, const Desktop& desktop);
+// Takes the words of the command line. Returns the exit code of the process: when the user has left the
+// program 0, or 128 and the signal that ended it, or at once for "--help", "--version", and words that the
+// program doesn't take.
+int run(std::span<char*> words, const Desktop& desktop);
 
 }  // namespace window
