@@ -19,13 +19,22 @@ class ButtonBinding : public Binding {
   ButtonBinding(forms::Control& control, const forms::TextProperty& caption, QAbstractButton* button)
       : Binding(control), caption_(caption), button_(button) {
     adopt(button);
-    connect(button, &QAbstractButton::clicked, this,
-            [this] { post([this] { forms::user::click(this->control()); }); });
+    connect(button, &QAbstractButton::clicked, this, [this] {
+      const auto click = [this, still_here = alive()] {
+        if (!still_here.expired()) post([this] { forms::user::click(this->control()); });
+      };
+      if (guard) {
+        guard(click);
+      } else {
+        click();
+      }
+    });
   }
 
   void show() override {
     const QString caption = to_caption(caption_.get());
-    if (button_->text() != caption) {
+    if (caption != shown_) {
+      shown_ = caption;
       button_->setText(caption);
       button_->updateGeometry();
     }
@@ -39,6 +48,7 @@ class ButtonBinding : public Binding {
  private:
   const forms::TextProperty& caption_;
   QAbstractButton* button_;
+  QString shown_;  // the caption without the mark of its key
 };
 
 class CheckBinding final : public ButtonBinding {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <memory>
 
 #include "forms/control.h"
@@ -27,6 +28,9 @@ class Binding : public QObject {
   // Null for controls without a place in the window: menu entries, timers, dialogs.
   QWidget* widget() const { return widget_; }
   virtual void show();
+
+  // Of a button: asks the user something before the click goes its way, then calls it or doesn't.
+  std::function<void(std::function<void()> click)> guard;
 
  protected:
   // The widget that stands for the control: named, and watched for focus and clicks.

@@ -64,7 +64,8 @@ class TransferList final : public QTableView {
 BusTraceWindow::BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, const QString& title_suffix)
     : trace_(driver, clock), model_(new BusTraceModel(trace_, this)) {
   setObjectName("BusTrace");
-  setWindowTitle("Bus trace" + title_suffix);
+  setWindowTitle("Bus Trace" + title_suffix);
+  close_by_escape(*this);
   make_widgets();
   arrange();
   connect_widgets();

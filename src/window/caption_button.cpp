@@ -1,5 +1,6 @@
 #include "window/caption_button.h"
 
+#include <QKeyEvent>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
@@ -35,6 +36,14 @@ QSize CaptionButton::sizeHint() const {
   const QSize contents(wrapped.width() + metrics.averageCharWidth(),
                        std::max(wrapped.height(), lines_ * metrics.lineSpacing()));
   return style()->sizeFromContents(QStyle::CT_PushButton, &option, contents, this);
+}
+
+void CaptionButton::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    click();
+  } else {
+    QPushButton::keyPressEvent(event);
+  }
 }
 
 void CaptionButton::paintEvent(QPaintEvent*) {

@@ -16,6 +16,8 @@ class CaptionButton final : public QPushButton {
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
+  // Enter presses the button, as the space bar does.
+  void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

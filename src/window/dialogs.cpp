@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -112,14 +113,46 @@ QStringList name_filters(const std::string& filter) {
   return filters;
 }
 
-// The dialog to open takes a new name as well: whether the file has to exist is for the program to say.
+namespace {
+
+// The file for measurements is chosen by a dialog to open, and written.
+bool writes(const forms::FileDialog& request) {
+  return request.save || request.title == "Select File For Recording";
+}
+// The workbench's rows don't reach its file.
+bool writes_empty_file(const forms::FileDialog& request) {
+  return request.save && request.filter.find("*.kvt") != std::string::npos;
+}
+
+QString title_of(const forms::FileDialog& request, const QString& suffix) {
+  if (writes_empty_file(request)) return "Save Setup: the file will be empty" + suffix;
+  if (!writes(request)) return title_of(request.title, suffix);
+  return (request.title.empty() ? QString("Save") : "Save: " + to_qt(request.title)) + suffix;
+}
+
+bool may_replace(QWidget& parent, const forms::FileDialog& request, const QFileInfo& file) {
+  if (!file.exists()) return true;
+  const bool empties = writes_empty_file(request) && file.size() > 0;
+  QMessageBox box(QMessageBox::Warning, parent.windowTitle(), file.fileName() + " is there already.",
+                  QMessageBox::NoButton, &parent);
+  box.setInformativeText(empties
+                             ? "Saving empties it: what it holds is lost, and no register is written to it."
+                             : "Writing replaces what it holds.");
+  QPushButton* replace = box.addButton(empties ? "&Empty It" : "&Replace It", QMessageBox::AcceptRole);
+  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+  box.exec();
+  return box.clickedButton() == replace;
+}
+
+}  // namespace
+
 std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& request,
-                                       const QString& title_suffix) {
+                                       const QString& title_suffix, const FileChoice& choice) {
   const FocusComesBack focus;
-  QFileDialog dialog(parent, title_of(request.title, title_suffix));
-  dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(QFileDialog::AnyFile);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  QFileDialog dialog(parent, title_of(request, title_suffix));
+  dialog.setAcceptMode(writes(request) ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(writes(request) ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);  // it is asked here, in words of what is lost
   if (const QStringList filters = name_filters(request.filter); !filters.isEmpty()) {
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(std::max(0, request.filter_index - 1), filters.front()));
@@ -127,9 +160,19 @@ std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog&
   QString suffix = to_qt(request.default_extension);
   suffix.remove('*');
   dialog.setDefaultSuffix(suffix);
-  if (!request.filename.empty()) dialog.selectFile(to_qt(request.filename));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return dialog.selectedFiles().front().toStdString();
+  const QFileInfo proposed(to_qt(request.filename));
+  if (!request.filename.empty()) dialog.selectFile(proposed.filePath());
+  if (!choice.folder.isEmpty()) {
+    dialog.setDirectory(choice.folder);
+    if (!request.filename.empty()) dialog.selectFile(proposed.fileName());
+  }
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const QFileInfo chosen(dialog.selectedFiles().front());
+    if (writes(request) && choice.replaces && !may_replace(dialog, request, chosen)) continue;
+    choice.folder = chosen.absolutePath();
+    return chosen.filePath().toStdString();
+  }
+  return std::nullopt;
 }
 
 }  // namespace window

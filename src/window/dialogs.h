@@ -14,8 +14,13 @@ namespace window {
 int show_message(QWidget* parent, const forms::MessageBox& box, const QString& title_suffix);
 std::optional<std::string> ask_text(QWidget* parent, const forms::InputBoxRequest& request,
                                     const QString& title_suffix);
+
+struct FileChoice {
+  QString& folder;       // where the dialog begins, unless empty, and the folder of the file that was chosen
+  bool replaces = true;  // a file to write takes the place of one that is there: the user is asked
+};
 std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& dialog,
-                                       const QString& title_suffix);
+                                       const QString& title_suffix, const FileChoice& choice);
 
 // "text|pattern|text|pattern" as Qt's name filters: "text (pattern)", a pattern in the text dropped.
 QStringList name_filters(const std::string& filter);

@@ -2,22 +2,26 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScrollArea>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include "window/arranger.h"
 #include "window/layouts/layouts.h"
 #include "window/look.h"
+#include "window/mnemonics.h"
 #include "window/names.h"
 #include "window/tab_order.h"
 
 namespace window {
 
-FormWindow::FormWindow(forms::Form& form, QString title_suffix, const std::vector<WindowEntry>& windows)
-    : form_(form), title_suffix_(std::move(title_suffix)) {
+FormWindow::FormWindow(forms::Form& form, const Surroundings& around)
+    : form_(form), name_(around.name), title_suffix_(around.title_suffix) {
   setObjectName(to_qt(form.name()));
   auto* scroll = new QScrollArea(this);  // a screen may be smaller than the form
   scroll->setWidget(content_ = new QWidget);
@@ -26,8 +30,9 @@ FormWindow::FormWindow(forms::Form& form, QString title_suffix, const std::vecto
   scroll->setFocusPolicy(Qt::NoFocus);
   setCentralWidget(scroll);
   make_widgets();
-  add_windows_menu(*menuBar(), windows);
+  for (const MenuOfWindow& menu : around.menus) add_menu(*menuBar(), menu);
   arrange();
+  mark_keys(*this);
   name_widgets();
   show_title();
   take_size();
@@ -104,8 +109,8 @@ void FormWindow::name_widgets() {
 
 void FormWindow::show_title() {
   const std::string& activity = form_.Activity.get();
-  const std::string caption = form_.Caption + (activity.empty() ? "" : ": " + activity);
-  const QString title = to_qt(caption) + title_suffix_;
+  const QString caption = to_qt(form_.Caption + (activity.empty() ? "" : ": " + activity));
+  const QString title = (name_.isEmpty() ? caption : name_ + ": " + caption) + title_suffix_;
   if (title != windowTitle()) setWindowTitle(title);
 }
 
@@ -120,7 +125,18 @@ void FormWindow::take_size() {
 
 void FormWindow::show_change(const forms::Control& control) {
   const auto found = bindings_.find(&control);
-  if (found != bindings_.end()) found->second->show();
+  if (found == bindings_.end()) return;
+  found->second->show();
+  if (control.kind() == forms::Kind::CommandButton || control.kind() == forms::Kind::Menu) mark_keys(*this);
+}
+
+void FormWindow::guard(const forms::Control& button, std::function<void(std::function<void()> click)> guard) {
+  bindings_.at(&button)->guard = std::move(guard);
+}
+
+void FormWindow::take_files(std::function<void(const QString& path)> take) {
+  take_file_ = std::move(take);
+  setAcceptDrops(true);
 }
 
 void FormWindow::show_comers(const forms::Control& control) {
@@ -139,6 +155,25 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 void FormWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow() && on_activated) on_activated();
+}
+
+namespace {
+
+// One file of this machine; empty for anything else.
+QString file_of(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
+
+}  // namespace
+
+void FormWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!file_of(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void FormWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  take_file_(file_of(*event->mimeData()));
 }
 
 void FormWindow::resizeEvent(QResizeEvent* event) {

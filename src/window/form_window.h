@@ -15,8 +15,13 @@ namespace window {
 
 class FormWindow final : public QMainWindow {
  public:
-  // `title_suffix` stands behind the form's caption. The window doesn't show itself.
-  FormWindow(forms::Form& form, QString title_suffix, const std::vector<WindowEntry>& windows);
+  // What stands around the form's own captions and menus. The window doesn't show itself.
+  struct Surroundings {
+    QString name = {};          // the window's name in menus, in front of the form's caption; may be empty
+    QString title_suffix = {};  // behind it
+    std::vector<MenuOfWindow> menus = {};
+  };
+  FormWindow(forms::Form& form, const Surroundings& around);
   ~FormWindow() override;
 
   forms::Form& form() const { return form_; }
@@ -30,6 +35,11 @@ class FormWindow final : public QMainWindow {
   // Controls that no layout places; they stand at the bottom of the window.
   const std::vector<forms::Control*>& left_over() const { return left_over_; }
 
+  // What is asked before the click of a button goes its way; see Binding.
+  void guard(const forms::Control& button, std::function<void(std::function<void()> click)> guard);
+  // Takes files that are dropped on the window.
+  void take_files(std::function<void(const QString& path)> take);
+
   // The user wants the window to close; it came to the front; it has another size. The program decides
   // what follows.
   std::function<void()> on_close;
@@ -40,6 +50,8 @@ class FormWindow final : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void make_widgets();
@@ -49,7 +61,9 @@ class FormWindow final : public QMainWindow {
   void take_size();
 
   forms::Form& form_;
+  const QString name_;
   const QString title_suffix_;
+  std::function<void(const QString& path)> take_file_;
   QWidget* content_;
   std::map<const forms::Control*, std::unique_ptr<Binding>> bindings_;
   std::vector<forms::Control*> left_over_;

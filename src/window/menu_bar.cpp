@@ -20,7 +20,10 @@ class MenuBinding final : public Binding {
     connect(action_, &QAction::triggered, this, [this] { post([this] { forms::user::click(menu_); }); });
   }
   void show() override {
-    action_->setText(to_caption(menu_.Caption.get()));
+    if (const QString caption = to_caption(menu_.Caption.get()); caption != shown_) {
+      shown_ = caption;
+      action_->setText(caption);
+    }
     action_->setToolTip(to_qt(menu_.ToolTipText.get()));
     action_->setEnabled(menu_.Enabled);
     action_->setVisible(menu_.Visible);
@@ -29,6 +32,7 @@ class MenuBinding final : public Binding {
  private:
   forms::Menu& menu_;
   QAction* action_;
+  QString shown_;  // the caption without the mark of its key
 };
 
 }  // namespace
@@ -59,11 +63,19 @@ std::vector<std::unique_ptr<Binding>> bind_menus(forms::Form& form, QMenuBar& ba
   return bindings;
 }
 
-void add_windows_menu(QMenuBar& bar, const std::vector<WindowEntry>& entries) {
-  QMenu* menu = bar.addMenu(QObject::tr("&Windows"));
-  menu->setObjectName("Windows");
-  for (const WindowEntry& entry : entries)
-    QObject::connect(menu->addAction(entry.text), &QAction::triggered, entry.open);
+// An entry is greyed out while the menu is open only: its keys are to work as soon as it is possible.
+void add_menu(QMenuBar& bar, const MenuOfWindow& menu_of_window) {
+  QMenu* menu = bar.addMenu(menu_of_window.title);
+  menu->setObjectName(QString(menu_of_window.title).remove('&'));
+  for (const MenuEntry& entry : menu_of_window.entries) {
+    QAction* action = menu->addAction(entry.text);
+    action->setShortcut(entry.keys);
+    QObject::connect(action, &QAction::triggered, entry.act);
+    if (!entry.possible) continue;
+    QObject::connect(menu, &QMenu::aboutToShow, action,
+                     [action, possible = entry.possible] { action->setEnabled(possible()); });
+    QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
+  }
 }
 
 }  // namespace window

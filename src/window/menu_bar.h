@@ -1,10 +1,10 @@
-// The menu bar of a form's window: the form's menu controls, and the "Windows" menu that reaches the
-// windows that no control opens.
+// The menu bar of a form's window: the form's menu controls, and the menus that every window has.
 #pragma once
 
+#include <QKeySequence>
+#include <QString>
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "forms/form.h"
@@ -19,10 +19,19 @@ namespace window {
 // Makes the actions of all menu controls of the form and their bindings.
 std::vector<std::unique_ptr<Binding>> bind_menus(forms::Form& form, QMenuBar& bar);
 
-struct WindowEntry {
+// An entry of a menu that every window has.
+struct MenuEntry {
   QString text;
-  std::function<void()> open;
+  std::function<void()> act;
+  QKeySequence keys = {};
+  // Whether it would do something now; asked when the menu opens. None: always.
+  std::function<bool()> possible = {};
 };
-void add_windows_menu(QMenuBar& bar, const std::vector<WindowEntry>& entries);
+struct MenuOfWindow {
+  QString title;
+  std::vector<MenuEntry> entries;
+};
+// The menu's object name is its title.
+void add_menu(QMenuBar& bar, const MenuOfWindow& menu);
 
 }  // namespace window

@@ -45,8 +45,11 @@ std::optional<std::string> WindowFrontEnd::input_box(const forms::InputBoxReques
 }
 
 std::optional<std::string> WindowFrontEnd::file_dialog(const forms::FileDialog& dialog) {
+  if (given_file_) return std::exchange(given_file_, std::nullopt);
   show_changes();
-  return choose_file(parent_of(windows_), dialog, suffix_of(windows_));
+  const bool replaces = !windows_ || !windows_->front_appends();
+  return choose_file(parent_of(windows_), dialog, suffix_of(windows_),
+                     {.folder = folder_, .replaces = replaces});
 }
 
 void WindowFrontEnd::runtime_error(const forms::RunTimeError& error) {
@@ -102,7 +105,7 @@ void WindowFrontEnd::pause(const forms::Runtime& runtime, forms::Clock::Duration
 void WindowFrontEnd::idle(std::optional<forms::Clock::Duration> limit) {
   show_changes();
   if (windows_) windows_->end_if_faceless();
-  if (windows_ && windows_->tell_advice()) return;
+  if (windows_ && (windows_->act_when_idle() || windows_->tell_advice())) return;
   const auto longest = std::min<forms::Clock::Duration>(limit.value_or(longest_idle), longest_idle);
   const auto whole = std::chrono::duration_cast<std::chrono::milliseconds>(longest);
   if (whole <= 0ms) {

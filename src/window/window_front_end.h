@@ -1,7 +1,11 @@
 // The program's front end on the desktop: dialogs, and the turns that Qt gets while handlers run.
 #pragma once
 
+#include <QString>
 #include <chrono>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include "forms/runtime.h"
 
@@ -13,6 +17,9 @@ class WindowFrontEnd : public forms::FrontEnd {
  public:
   // Null: no windows.
   void attach(Windows* windows) { windows_ = windows; }
+
+  // The next file dialog is answered with this file, unseen.
+  void give_file(std::string path) { given_file_ = std::move(path); }
 
   int message_box(const forms::MessageBox& box) override;
   std::optional<std::string> input_box(const forms::InputBoxRequest& request) override;
@@ -35,6 +42,8 @@ class WindowFrontEnd : public forms::FrontEnd {
   void show_changes();
 
   Windows* windows_ = nullptr;
+  std::optional<std::string> given_file_;
+  QString folder_;  // used last; empty before the first file dialog
   SteadyClock::time_point next_pump_{};
   SteadyClock::time_point next_show_{};
 };

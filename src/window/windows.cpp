@@ -9,45 +9,12 @@
 #include "window/bench_window.h"
 #include "window/bus_trace_window.h"
 #include "window/form_window.h"
+#include "window/help_window.h"
 #include "window/look.h"
+#include "window/reachable.h"
 #include "window/window_front_end.h"
 
 namespace window {
-namespace {
-
-// Forms that no control opens.
-struct Reachable {
-  const char* form;
-  const char* text;
-  std::array<std::string_view, 2> from = {};  // the windows that have it; none: all
-};
-constexpr std::array reachable{
-    Reachable{"frmI2C_General", "Register &Workbench"},
-    Reachable{"frmGPIO", "&GPIO Panel"},
-    Reachable{"frmScriptOps", "&Script Panel"},
-    Reachable{"frm71385INTR", "&Interrupt Test", {"frmKVT71385", "frmKVT71390"}},
-};
-
-bool has_entry(std::string_view window, const Reachable& entry) {
-  return entry.from.front().empty() || std::ranges::find(entry.from, window) != entry.from.end();
-}
-
-// Double clicks that turn a window's layout, which nothing in it tells of.
-struct Turnable {
-  const char* form;
-  const char* control;
-  const char* text;
-};
-constexpr std::array turnable{Turnable{"frmKVT71338", "Label13", "&Full or Short Layout"}};
-
-void bring_forward(QWidget& window) {
-  window.showNormal();
-  window.raise();
-  window.activateWindow();
-}
-
-}  // namespace
-
 Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::SimulatedBoard* bench)
     : program_(program), front_end_(front_end) {
   if (bench) {
@@ -82,7 +49,12 @@ QWidget* Windows::front_window() const {
 
 FormWindow& Windows::make_window(forms::Form& form) {
   auto& form_window = windows_[&form];
-  form_window = std::make_unique<FormWindow>(form, title_suffix_, entries(form));
+  form_window = std::make_unique<FormWindow>(
+      form,
+      FormWindow::Surroundings{.name = name_of(form), .title_suffix = title_suffix_, .menus = menus(form)});
+  guard_exit(*form_window);
+  take_scripts(*form_window);
+  if (form.name() == "frmAbout2") close_by_escape(*form_window);
   // The window may be gone when its turn comes.
   const auto later = [this, name = form.name()](void (Windows::*act)(FormWindow&)) {
     return [this, name, act] {
@@ -153,28 +125,6 @@ void Windows::end_if_faceless() {
   if (!program_has_face() && program_.runtime.handlers_on_stack() == 0) program_.runtime.end();
 }
 
-std::vector<WindowEntry> Windows::entries(forms::Form& of_window) {
-  std::vector<WindowEntry> list;
-  for (const Reachable& each : reachable) {
-    if (!program_.forms.knows(each.form) || !has_entry(of_window.name(), each)) continue;
-    list.push_back({each.text, [this, name = std::string(each.form)] {
-                      program_.runtime.post([this, name] { open(name); });
-                    }});
-  }
-  list.push_back({"Bus &trace", [this] { open_bus_trace(); }});
-  if (bench_) list.push_back({"Simulated &Bench", [this] { bring_forward(*bench_); }});
-  for (const Turnable& each : turnable) {
-    if (of_window.name() != each.form) continue;
-    list.push_back({each.text, [this, each] {
-                      program_.runtime.post([this, each] {
-                        if (FormWindow* still_there = window_of(each.form))
-                          forms::user::double_click(*still_there->form().find(each.control));
-                      });
-                    }});
-  }
-  return list;
-}
-
 void Windows::open_bus_trace() {
   if (!bus_trace_) {
     bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), title_suffix_);
@@ -183,15 +133,10 @@ void Windows::open_bus_trace() {
 }
 
 void Windows::open(const std::string& form_name) {
+  opened_from_menu_.insert(form_name);
   program_.forms.touch(form_name).Show();
   show_changes();
   if (FormWindow* form_window = window_of(form_name)) bring_forward(*form_window);
-}
-
-// A handler that still runs for the form would keep a program without windows alive.
-void Windows::close_by_user(FormWindow& form_window) {
-  constexpr int close_box = 0;
-  if (program_.forms.unload(form_window.form(), close_box) && !program_.forms.front()) program_.runtime.end();
 }
 
 void Windows::activated_by_user(FormWindow& form_window) {

@@ -2,9 +2,14 @@
 // simulated board, and the bus trace.
 #pragma once
 
+#include <QMessageBox>
+#include <QPointer>
 #include <QString>
+#include <functional>
 #include <map>
 #include <memory>
+#include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +27,7 @@ namespace window {
 class BenchWindow;
 class BusTraceWindow;
 class FormWindow;
+class HelpWindow;
 class WindowFrontEnd;
 
 class Windows {
@@ -41,9 +47,16 @@ class Windows {
   // Ends the program from its main loop when nothing is on screen any more.
   void end_if_faceless();
 
+  // Posts what waits for the handlers to end. False: nothing does.
+  bool act_when_idle();
   // Posts boxes with what the driver advised, once no handler is under way: a box must not stop one, nor
   // come before the window that it belongs to. False: there is nothing to tell.
   bool tell_advice();
+
+  // The form in front adds to its file instead of replacing it.
+  bool front_appends() const;
+  // The question that is open whether to leave readings behind; null when none is.
+  QMessageBox* leaving_question() const { return question_; }
 
   // The window of the form in front, or null: where dialogs belong.
   QWidget* front_window() const;
@@ -52,16 +65,34 @@ class Windows {
   BenchWindow* bench() const { return bench_.get(); }
   // Null as long as nobody has opened it.
   BusTraceWindow* bus_trace() const { return bus_trace_.get(); }
+  HelpWindow* help() const { return help_.get(); }
   const QString& title_suffix() const { return title_suffix_; }
 
  private:
   FormWindow& make_window(forms::Form& form);
-  std::vector<WindowEntry> entries(forms::Form& of_window);
+  void guard_exit(FormWindow& form_window);
+  void take_scripts(FormWindow& form_window);
   void open(const std::string& form_name);
   void open_bus_trace();
+  void open_help(forms::Form& form);
   void close_by_user(FormWindow& form_window);
+  void close(forms::Form& form);
   void activated_by_user(FormWindow& form_window);
   void resized(FormWindow& form_window);
+
+  // --- the menus of every window ---
+  std::vector<MenuOfWindow> menus(forms::Form& of_window);
+  MenuOfWindow program_menu(forms::Form& of_window);
+  MenuOfWindow windows_menu(forms::Form& of_window);
+  MenuOfWindow help_menu(forms::Form& of_window);
+  // Runs in the message loop with the form, if that is still loaded.
+  std::function<void()> in_loop(const forms::Form& form, std::function<void(forms::Form&)> act);
+
+  // --- leaving ---
+  // Goes on at once, or when the user has said that unwritten readings may be lost.
+  void leave(std::function<void()> go_on);
+  // Stops what runs, and acts once no handler is under way.
+  void act_when_stopped(std::function<void()> act);
 
   varzelin::Program& program_;
   WindowFrontEnd& front_end_;
@@ -72,6 +103,10 @@ class Windows {
   const forms::Form* shown_in_front_ = nullptr;
   bool had_face_ = false;
   std::vector<std::string> advice_;
+  std::unique_ptr<HelpWindow> help_;
+  QPointer<QMessageBox> question_;
+  std::function<void()> when_stopped_;
+  std::set<std::string> opened_from_menu_;
 };
 
 }  // namespace window

@@ -39,7 +39,7 @@ struct BusTraceInItsWindow : WindowProgram {
   }
   void open() {
     for (QAction* action : window_of("frmKVT71346").menuBar()->findChild<QMenu*>("Windows")->actions()) {
-      if (action->text().remove('&') == "Bus trace") action->trigger();
+      if (action->text().remove('&') == "Bus Trace") action->trigger();
     }
     ASSERT_TRUE(windows.bus_trace());
     ASSERT_TRUE(windows.bus_trace()->isVisible());

@@ -1,6 +1,7 @@
 // Dialogs, and Qt's turns while a handler runs.
 #include <QAbstractButton>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include "forms/controls.h"
 #include "shell/application.h"
 #include "shell/start_panel.h"
 #include "support/fake_driver.h"
@@ -121,30 +123,123 @@ TEST_F(WindowFrontEndTest, FiltersArePairsOfTextAndPattern) {
   EXPECT_TRUE(window::name_filters("").isEmpty());
 }
 
-TEST_F(WindowFrontEndTest, AFileDialogToOpenTakesANewName) {
+constexpr const char* recording = "Select File For Recording";
+
+forms::FileDialog text_dialog(bool save, const char* title) {
+  return {.save = save,
+          .title = title,
+          .filter = "All|*.*|Text|*.txt",
+          .filter_index = 2,
+          .filename = "",
+          .default_extension = "*.txt"};
+}
+
+void take(QFileDialog& dialog, const QString& folder, const QString& name) {
+  if (!folder.isEmpty()) dialog.setDirectory(folder);
+  dialog.findChild<QLineEdit*>()->setText(name);
+  static_cast<QDialog&>(dialog).accept();
+}
+
+void write_file(const QString& path, const char* text) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(text);
+}
+
+// The measurement file is asked for by a dialog to open, and written.
+TEST_F(WindowFrontEndTest, TheDialogForTheMeasurementFileWrites) {
   const QTemporaryDir folder;
   when_open<QFileDialog>([&](QFileDialog& dialog) {
-    EXPECT_EQ(dialog.windowTitle(), "Select \u2014 simulated board");
+    EXPECT_EQ(dialog.windowTitle(), "Save: Select File For Recording \u2014 simulated board");
+    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
     EXPECT_EQ(dialog.selectedNameFilter(), "Text (*.txt)");
-    dialog.setDirectory(folder.path());
-    dialog.findChild<QLineEdit*>()->setText("fresh");
-    static_cast<QDialog&>(dialog).accept();
+    take(dialog, folder.path(), "fresh");
   });
-  const auto chosen = program.runtime.file_dialog({.save = false,
-                                                   .title = "Select",
-                                                   .filter = "All|*.*|Text|*.txt",
-                                                   .filter_index = 2,
-                                                   .filename = "",
-                                                   .default_extension = "*.txt"});
-  EXPECT_EQ(chosen, folder.filePath("fresh.txt").toStdString());
-  when_open<QFileDialog>([&](QFileDialog& dialog) { dialog.reject(); });
-  EXPECT_EQ(program.runtime.file_dialog({.save = true,
-                                         .title = "",
-                                         .filter = "",
-                                         .filter_index = 0,
-                                         .filename = "",
-                                         .default_extension = ""}),
-            std::nullopt);
+  EXPECT_EQ(program.runtime.file_dialog(text_dialog(false, recording)),
+            folder.filePath("fresh.txt").toStdString());
+}
+
+TEST_F(WindowFrontEndTest, ADialogToOpenTakesOnlyWhatIsThere) {
+  when_open<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Select \u2014 simulated board");
+    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
+    EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+    dialog.reject();
+  });
+  EXPECT_EQ(program.runtime.file_dialog(text_dialog(false, "Select")), std::nullopt);
+}
+
+TEST_F(WindowFrontEndTest, DialogsBeginInTheFolderUsedLast) {
+  const QTemporaryDir folder;
+  const QTemporaryDir other;
+  when_open<QFileDialog>([&](QFileDialog& dialog) { take(dialog, folder.path(), "one"); });
+  program.runtime.file_dialog(text_dialog(true, ""));
+  when_open<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().canonicalPath(), QDir(folder.path()).canonicalPath());
+    dialog.reject();
+  });
+  auto elsewhere = text_dialog(true, "");
+  elsewhere.filename = other.filePath("proposed.txt").toStdString();
+  program.runtime.file_dialog(elsewhere);
+}
+
+// What the user answers to the question whether a file may be replaced.
+struct Replacing {
+  QString button;
+  QString asked;
+  QTimer timer;
+
+  explicit Replacing(const QString& answer) : button(answer) {
+    QObject::connect(&timer, &QTimer::timeout, &timer, [this] {
+      if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+        asked = box->text() + " " + box->informativeText();
+        for (QAbstractButton* each : box->buttons()) {
+          if (each->text().remove('&') == button) each->click();
+        }
+      } else if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                 dialog && !asked.isEmpty()) {
+        dialog->reject();
+      }
+    });
+    timer.start(1);
+  }
+};
+
+TEST_F(WindowFrontEndTest, AFileIsReplacedWhenTheUserSaysSo) {
+  const QTemporaryDir folder;
+  write_file(folder.filePath("there.txt"), "measured");
+  for (const auto& [answer, replaced] : {std::pair{"Cancel", false}, {"Replace It", true}}) {
+    when_open<QFileDialog>([&](QFileDialog& dialog) { take(dialog, folder.path(), "there.txt"); });
+    const Replacing user(answer);
+    EXPECT_EQ(program.runtime.file_dialog(text_dialog(true, "")).has_value(), replaced);
+    EXPECT_TRUE(user.asked.contains("there.txt is there already")) << user.asked.toStdString();
+  }
+}
+
+TEST_F(WindowFrontEndTest, SavingASetupOverAFilledOneTellsThatItEmptiesIt) {
+  const QTemporaryDir folder;
+  write_file(folder.filePath("filled.kvt"), "x, 88");
+  forms::FileDialog setup = text_dialog(true, "");
+  setup.filter = "All Files (*.*)|*.*|I2C_General Setup Files(*.kvt)|*.kvt";
+  when_open<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_TRUE(dialog.windowTitle().startsWith("Save Setup: the file will be empty"));
+    take(dialog, folder.path(), "filled.kvt");
+  });
+  const Replacing user("Empty It");
+  EXPECT_TRUE(program.runtime.file_dialog(setup));
+  EXPECT_TRUE(user.asked.contains("Saving empties it"));
+}
+
+TEST_F(WindowFrontEndTest, AppendingToAFileAsksNothing) {
+  const QTemporaryDir folder;
+  write_file(folder.filePath("there.txt"), "measured");
+  program.runtime.dispatch([&] { program.forms.touch("frmKVT71346").Show(); });
+  turn();
+  dynamic_cast<forms::CheckBox&>(*program.forms.loaded("frmKVT71346")->find("chkAppend")).Value = 1;
+  when_open<QFileDialog>([&](QFileDialog& dialog) { take(dialog, folder.path(), "there.txt"); });
+  const Replacing user("Cancel");
+  EXPECT_TRUE(program.runtime.file_dialog(text_dialog(false, recording)));
+  EXPECT_TRUE(user.asked.isEmpty());
 }
 
 // A long sleep gives Qt its turns, and the program none.

@@ -290,7 +290,7 @@ TEST_F(WindowOfProgram, ClosingThePanelWhileItCollectsEndsTheProgram) {
   choose_model(0);
   QTimer user;
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
-    if (program.store.Sample_Count > 20) window_of("frmKVT71346").close();
+    if (program.store.Sample_Count == 15) window_of("frmKVT71346").close();
   });
   user.start(0);
   click("frmKVT71346", "cmdCollectData");

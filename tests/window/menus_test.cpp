@@ -1,0 +1,427 @@
+// The menus that every window has, their keys, and what becomes of readings when the program is left.
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTableWidget>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QUrl>
+#include <fstream>
+#include <set>
+
+#include "forms/text.h"
+#include "forms/user.h"
+#include "panels/single_channel/kvt71346.h"
+#include "script/script_panel.h"
+#include "support/keyboard_window.h"
+#include "support/temporary_folder.h"
+#include "window/bench_window.h"
+#include "window/bus_trace_window.h"
+#include "window/help_window.h"
+#include "workbench/workbench.h"
+
+namespace varzelin::testing {
+namespace {
+
+struct WindowMenus : KeyboardWindow {
+  static constexpr const char* panel = "frmKVT71346";
+
+  void open_panel() {
+    choose_model(0);
+    front(panel);
+    program.forms.touch<frmKVT71346>().ModeIndex = 2;
+  }
+  QAction* in_menu(const char* menu, const QString& text) {
+    for (QAction* action : window_of(panel).menuBar()->findChild<QMenu*>(menu)->actions()) {
+      if (action->text().remove('&') == text) return action;
+    }
+    return nullptr;
+  }
+  // What the user does once so many readings are there.
+  void collect(int readings, const std::function<void()>& user) {
+    program.store.Sample_Count = 0;
+    QTimer timer;
+    bool done = false;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+      if (done || program.store.Sample_Count < readings) return;
+      done = true;
+      user();
+    });
+    timer.start(0);
+    press(Qt::Key_F5);
+    EXPECT_TRUE(done);
+    turn();
+  }
+  void collect_and_stop(int readings = 40) {
+    collect(readings, [this] { QTest::keyClick(&window_of(panel), Qt::Key_F5, Qt::ShiftModifier); });
+  }
+  void press_stop() { QTest::keyClick(&window_of("frm71385INTR"), Qt::Key_F5, Qt::ShiftModifier); }
+  QString status() { return widget<QLabel>(panel, "Label18").text(); }
+  void answer(const QString& button) {
+    QMessageBox* question = windows.leaving_question();
+    ASSERT_TRUE(question);
+    for (QAbstractButton* each : question->buttons()) {
+      if (each->text().remove('&') == button) return each->click();
+    }
+    ADD_FAILURE() << "no button " << button.toStdString();
+  }
+  // A turn of the loop with nothing to do: what waits for the end of handlers goes on there.
+  bool idle_turn_ends() {
+    windows.act_when_idle();
+    return turn_ends();
+  }
+};
+
+TEST_F(WindowMenus, KeysStartStopAndWrite) {
+  const TemporaryFolder folder;
+  open_panel();
+  program.forms.touch<frmKVT71346>().txtFilePath.Text = folder.path("Data.txt");
+  collect_and_stop();
+  EXPECT_EQ(status(), "Data Collection Halted");
+  EXPECT_EQ(program.store.Collections, 1);
+  press(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_TRUE(status().contains("Measurement set(s) written")) << status().toStdString();
+  EXPECT_TRUE(std::ifstream(folder.path("Data.txt")).good());
+}
+
+TEST_F(WindowMenus, StopWorksAfterAClearedChartThatLeavesItsButtonDisabled) {
+  open_panel();
+  click(panel, "cmdRestoreScreen");
+  turn();
+  bool disabled = false;
+  collect(30, [&] {
+    disabled = !widget<QPushButton>(panel, "cmdStopData").isEnabled();
+    in_menu("Program", "Stop")->trigger();
+  });
+  EXPECT_TRUE(disabled);
+  EXPECT_EQ(program.store.Sample_Run, 0);
+  EXPECT_EQ(status(), "Data Collection Halted");
+}
+
+TEST_F(WindowMenus, StopEndsTimedSamplingAndAScript) {
+  open_panel();
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count > 30) in_menu("Program", "Stop")->trigger();
+  });
+  user.start(0);
+  click(panel, "cmdSample");
+  turn();
+  EXPECT_TRUE(widget<QPushButton>(panel, "cmdSample").isVisible());
+  user.stop();
+
+  front_end.give_file(std::string(PROJECT_FOLDER) + "/examples/kvt71346-loopback.txt");
+  front("frmScriptOps");
+  auto& script = program.forms.touch<frmScriptOps>();
+  program.runtime.dispatch([&] { script.mnuScript_Read_Click(); });
+  turn();
+  user.disconnect();
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (forms::Val(script.txtLoopCount.Text) >= 3) in_menu("Program", "Stop")->trigger();
+  });
+  user.start(0);
+  click("frmScriptOps", "cmdRunContinuous");
+  turn();
+  EXPECT_TRUE(script.cmdExecAll.Enabled);
+  EXPECT_GE(std::stoi(script.txtLoopCount.Text.get()), 3);
+}
+
+TEST_F(WindowMenus, StopEndsTheInterruptTest) {
+  choose_model(5);
+  front("frm71385INTR");
+  QTimer user;
+  int turns = 0;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (++turns == 20) press_stop();
+  });
+  user.start(0);
+  program.runtime.post(
+      [&] { forms::user::click(*program.forms.loaded("frm71385INTR")->find("cmdRunCase1")); });
+  turn();
+  EXPECT_GE(turns, 20);
+  EXPECT_EQ(widget<QLabel>("frm71385INTR", "lblMessage").text(), "Test Aborted");
+}
+
+TEST_F(WindowMenus, AMenuShowsWhatIsPossibleNow) {
+  open_panel();
+  QMenu* menu = window_of(panel).menuBar()->findChild<QMenu*>("Program");
+  emit menu->aboutToShow();
+  EXPECT_TRUE(in_menu("Program", "Start")->isEnabled());
+  EXPECT_FALSE(in_menu("Program", "Stop")->isEnabled());
+  emit menu->aboutToHide();
+  EXPECT_TRUE(in_menu("Program", "Stop")->isEnabled());
+  EXPECT_EQ(in_menu("Program", "Stop")->shortcut(), QKeySequence(Qt::SHIFT | Qt::Key_F5));
+  bool stoppable = false;
+  collect(30, [&] {
+    emit menu->aboutToShow();
+    stoppable = in_menu("Program", "Stop")->isEnabled() && !in_menu("Program", "Start")->isEnabled();
+    emit menu->aboutToHide();
+    in_menu("Program", "Stop")->trigger();
+  });
+  EXPECT_TRUE(stoppable);
+}
+
+TEST_F(WindowMenus, AnotherSensorIsChosenWithoutARestart) {
+  open_panel();
+  in_menu("Windows", "Choose a Sensor\u2026")->trigger();
+  EXPECT_FALSE(windows.leaving_question());
+  turn();
+  EXPECT_FALSE(idle_turn_ends());
+  EXPECT_FALSE(program.forms.loaded(panel));
+  EXPECT_TRUE(window_of("frmStartup").isVisible());
+  EXPECT_TRUE(program.forms.loaded("frmI2C_General"));
+  choose_model(5);
+  EXPECT_TRUE(window_of("frmKVT71385").isVisible());
+  EXPECT_EQ(board.mounted_model(), "KVT71385");
+  EXPECT_FALSE(window_of("frmStartup").isVisible());
+}
+
+TEST_F(WindowMenus, ASensorIsChosenOutOfARunningCollection) {
+  open_panel();
+  collect(10, [&] { in_menu("Windows", "Choose a Sensor\u2026")->trigger(); });
+  EXPECT_FALSE(idle_turn_ends());
+  EXPECT_FALSE(program.forms.loaded(panel));
+  EXPECT_EQ(program.store.Usb_Open, 0);
+  EXPECT_EQ(program.store.Man_Usb_Conn, 0);
+  choose_model(0);
+  front(panel);
+  program.forms.touch<frmKVT71346>().ModeIndex = 2;
+  collect_and_stop();
+  EXPECT_EQ(status(), "Data Collection Halted");
+}
+
+TEST_F(WindowMenus, LeavingWithUnwrittenReadingsAsksOnce) {
+  open_panel();
+  collect_and_stop();
+  click(panel, "CommandButton1");
+  EXPECT_FALSE(turn_ends());
+  ASSERT_TRUE(windows.leaving_question());
+  EXPECT_TRUE(windows.leaving_question()->text().contains("readings were never written"));
+  window_of(panel).close();
+  EXPECT_FALSE(turn_ends());
+  answer("Cancel");
+  EXPECT_FALSE(turn_ends());
+  EXPECT_TRUE(window_of(panel).isVisible());
+  click(panel, "CommandButton1");
+  answer("Leave Them");
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, LeavingWithWrittenReadingsOrWithFewAsksNothing) {
+  const TemporaryFolder folder;
+  open_panel();
+  program.forms.touch<frmKVT71346>().txtFilePath.Text = folder.path("Data.txt");
+  collect_and_stop();
+  press(Qt::Key_S, Qt::ControlModifier);
+  press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_FALSE(windows.leaving_question());
+  EXPECT_TRUE(idle_turn_ends());
+}
+
+TEST_F(WindowMenus, QuitEndsARunningCollectionOnceTheReadingsMayGo) {
+  open_panel();
+  collect(40, [&] {
+    in_menu("Program", "Quit")->trigger();
+    answer("Leave Them");
+  });
+  EXPECT_TRUE(idle_turn_ends());
+  EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(WindowMenus, QuitEndsTheProgramBeforeASensorIsChosen) {
+  front("frmStartup");
+  press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_TRUE(idle_turn_ends());
+}
+
+TEST_F(WindowMenus, TheWorkbenchOpenedFromTheMenuIsHiddenWhenItIsClosed) {
+  open_panel();
+  entry(panel, "Register Workbench")->trigger();
+  turn();
+  window_of("frmI2C_General").close();
+  EXPECT_FALSE(turn_ends());
+  EXPECT_FALSE(window_of("frmI2C_General").isVisible());
+  EXPECT_TRUE(program.forms.loaded("frmI2C_General"));
+  entry(panel, "Register Workbench")->trigger();
+  turn();
+  EXPECT_TRUE(window_of("frmI2C_General").isVisible());
+  click("frmI2C_General", "cmdexit");
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, TheWorkbenchAsTheLastWindowEndsTheProgram) {
+  open_panel();
+  entry(panel, "Register Workbench")->trigger();
+  turn();
+  window_of(panel).close();
+  turn();
+  window_of("frmI2C_General").close();
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, TitlesBeginWithTheNameInTheMenu) {
+  open_panel();
+  for (const char* name : {"Register Workbench", "GPIO Panel", "Script Panel"}) {
+    const forms::Runtime::SilentDialogs no_file_chosen(program.runtime);
+    entry(panel, name)->trigger();
+    turn();
+    const forms::Form& opened = *program.forms.front();
+    EXPECT_EQ(window_of(opened.name()).windowTitle().toStdString(),
+              std::string(name) + ": " + opened.Caption.get() + windows.title_suffix().toStdString());
+  }
+  EXPECT_FALSE(window_of(panel).windowTitle().contains(": "));
+}
+
+TEST_F(WindowMenus, HelpTellsTheKeys) {
+  open_panel();
+  press(Qt::Key_F1);
+  ASSERT_TRUE(windows.help());
+  EXPECT_TRUE(windows.help()->isVisible());
+  const QString text = windows.help()->findChild<QTextBrowser*>("page")->toPlainText();
+  for (const char* key : {"F5", "Shift+F5", "Ctrl+S", "Ctrl+O", "Ctrl+Q", "F1"}) {
+    EXPECT_TRUE(text.contains(key)) << key;
+  }
+}
+
+TEST_F(WindowMenus, EscapeClosesTheWindowsThatOnlyShowSomething) {
+  open_panel();
+  entry(panel, "Bus Trace")->trigger();
+  entry(panel, "Simulated Bench")->trigger();
+  press(Qt::Key_F1);
+  for (QWidget* window :
+       std::initializer_list<QWidget*>{windows.bus_trace(), windows.bench(), windows.help()}) {
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible()) << window->objectName().toStdString();
+  }
+  front("frmAbout2");
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(program.forms.loaded("frmAbout2"));
+}
+
+TEST_F(WindowMenus, EnterPressesTheButtonWithTheFocus) {
+  open_panel();
+  widget<QPushButton>(panel, "cmdDrawTrace").setFocus();
+  program.store.Trace_Y.fill(7);
+  press(Qt::Key_Return);
+  EXPECT_NE(program.store.Trace_Y[200], 7);
+}
+
+TEST_F(WindowMenus, AScriptDroppedOnItsPanelIsLoaded) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("dropped.txt");
+  std::ofstream(path) << "88 00 12 \r\n";
+  show("frmScriptOps");
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+  window::FormWindow& script = window_of("frmScriptOps");
+  QDragEnterEvent enters({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&script, &enters);
+  EXPECT_TRUE(enters.isAccepted());
+  QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&script, &drop);
+  turn();
+  EXPECT_TRUE(script.windowTitle().contains("dropped.txt")) << script.windowTitle().toStdString();
+  QMimeData words;
+  words.setText("no file");
+  QDragEnterEvent with_words({5, 5}, Qt::CopyAction, &words, Qt::LeftButton, {});
+  with_words.ignore();
+  QApplication::sendEvent(&script, &with_words);
+  EXPECT_FALSE(with_words.isAccepted());
+}
+
+QChar key_of(const QString& caption) {
+  for (qsizetype i = 0; i + 1 < caption.size(); ++i) {
+    if (caption[i] != '&') continue;
+    if (caption[i + 1] != '&') return caption[i + 1].toUpper();
+    ++i;
+  }
+  return {};
+}
+
+// Where more buttons than letters are, one stays without: none of its letters is free then.
+TEST_F(WindowMenus, EveryButtonAndMenuHasAKeyOfItsOwnAsFarAsLettersGo) {
+  for (const std::string& form : program.forms.names()) {
+    show(form);
+    QStringList captions;
+    for (const QAction* menu : window_of(form).menuBar()->actions()) captions << menu->text();
+    for (const QPushButton* button : window_of(form).findChildren<QPushButton*>()) captions << button->text();
+    std::set<QChar> keys;
+    for (const QString& caption : captions) {
+      const QChar key = key_of(caption);
+      if (key.isNull()) continue;
+      EXPECT_TRUE(keys.insert(key).second) << form << " " << caption.toStdString();
+    }
+    int without = 0;
+    for (const QString& caption : captions) {
+      if (!key_of(caption).isNull()) continue;
+      ++without;
+      for (const QChar letter : caption) {
+        EXPECT_FALSE(letter.isLetter() && !keys.contains(letter.toUpper()))
+            << form << " " << caption.toStdString();
+      }
+    }
+    EXPECT_TRUE(without == 0 || captions.size() > 20) << form;
+  }
+}
+
+TEST_F(WindowMenus, AKeyStaysWithItsButtonWhenAnotherCaptionChanges) {
+  open_panel();
+  auto& start = widget<QPushButton>(panel, "cmdCollectData");
+  const QChar key = key_of(widget<QPushButton>(panel, "cmdSample").text());
+  collect_and_stop();
+  EXPECT_EQ(key_of(widget<QPushButton>(panel, "cmdSample").text()), key);
+  EXPECT_FALSE(key_of(start.text()).isNull());
+  EXPECT_EQ(QString(start.text()).remove('&'), "Collect Data Graphical Real Time Data");
+}
+
+// The README's first steps, by keys alone.
+TEST_F(WindowMenus, TheFirstStepsAreWalkedByTheKeyboard) {
+  const TemporaryFolder folder;
+  front("frmStartup");
+  press(Qt::Key_Space);
+  QWidget* list = QApplication::focusWidget();
+  press(Qt::Key_Return);
+  EXPECT_NE(QApplication::focusWidget(), list);
+  ASSERT_TRUE(program.forms.loaded(panel));
+  front(panel);
+  program.forms.touch<frmKVT71346>().txtFilePath.Text = folder.path("Data.txt");
+  const auto go_to = [&](const char* name) {
+    for (int i = 0; i < 100 && QApplication::focusWidget()->objectName() != name; ++i) press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), name);
+  };
+  go_to("Lst71346_Mode");
+  const int diode = 2;
+  for (int i = 0; i < 40 && static_cast<QListWidget*>(QApplication::focusWidget())->currentRow() != diode;
+       ++i) {
+    press(Qt::Key_Down);
+  }
+  press(Qt::Key_Return);
+  const int mode = program.forms.touch<frmKVT71346>().ModeIndex;
+  go_to("cmdCollectData");
+  QTimer user;
+  bool stopped = false;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (stopped || program.store.Sample_Count < 40) return;
+    stopped = true;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5, Qt::ShiftModifier);
+  });
+  user.start(0);
+  press(Qt::Key_Return);
+  turn();
+  EXPECT_TRUE(stopped);
+  EXPECT_GE(mode, 0);
+  go_to("cmdStartRec(0)");
+  press(Qt::Key_Return);
+  EXPECT_TRUE(status().contains("written")) << status().toStdString();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::ControlModifier);
+  turn();
+  EXPECT_TRUE(idle_turn_ends());
+}
+
+}  // namespace
+}  // namespace varzelin::testing
