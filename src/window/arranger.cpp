@@ -52,6 +52,35 @@ class Companion final : public QObject {
   QLabel& caption_;
 };
 
+// Two parts beside each other, or below each other where the window is narrow.
+class FoldingRow final : public QWidget {
+ public:
+  void take(const Part& one, const Part& other) {
+    parts_ = row({one, other});
+    parts_->setSpacing(2 * gap);
+    setLayout(parts_);
+    parts_->setSizeConstraint(QLayout::SetNoConstraint);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    fold(true);
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    constexpr int characters_of_a_line = 170;
+    fold(width() < characters_of_a_line * fontMetrics().averageCharWidth());
+    QWidget::resizeEvent(event);
+  }
+
+ private:
+  void fold(bool folded) {
+    parts_->setDirection(folded ? QBoxLayout::BottomToTop : QBoxLayout::LeftToRight);
+    parts_->setSpacing(folded ? 0 : 2 * gap);
+    updateGeometry();
+  }
+
+  QBoxLayout* parts_ = nullptr;
+};
+
 bool needs_place(const forms::Control& control) {
   return control.kind() != forms::Kind::Timer && control.kind() != forms::Kind::CommonDialog &&
          control.kind() != forms::Kind::Menu;
@@ -195,6 +224,29 @@ QWidget* Arranger::name_lamp(QWidget* lamp, const QString& name, const LampWords
 QLayout* Arranger::lamp(QWidget* lamp, QWidget* caption, const LampWords& words) {
   if (const auto* label = qobject_cast<QLabel*>(caption)) name_lamp(lamp, label->text(), words);
   return row({lamp, {caption, 1}});
+}
+
+void Arranger::keep_in_sight(QLayout* inside) {
+  inside->setContentsMargins(gap, 0, gap, gap);
+  in_sight_ = inside;
+}
+
+QLayout* Arranger::in_one_line_where_wide(const Part& one, const Part& other) {
+  auto* folding = new FoldingRow;
+  folding->take(one, other);
+  return row({{folding, 1}});
+}
+
+QLabel* Arranger::giving_way(QLabel* label) {
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return label;
+}
+
+QLabel* Arranger::run_state() {
+  auto* label = new QLabel(&window_);
+  label->setObjectName(run_state_name);
+  label->setAccessibleName("State");
+  return giving_way(label);
 }
 
 std::vector<forms::Control*> Arranger::left_over() const {

@@ -92,6 +92,17 @@ class Arranger {
   // A lamp with its caption; the caption names it.
   QLayout* lamp(QWidget* lamp, QWidget* caption, const LampWords& words = action_words);
 
+  // Puts a layout below what scrolls, always in sight. Its words are cut where they don't fit.
+  void keep_in_sight(QLayout* inside);
+  // Both in one line, or in a narrow window below each other.
+  static QLayout* in_one_line_where_wide(const Part& one, const Part& other);
+  // What keep_in_sight() was given; null: nothing.
+  QLayout* in_sight() const { return in_sight_; }
+  // A label that gives way where the window is narrow, and doesn't widen it.
+  static QLabel* giving_way(QLabel* label);
+  // Where the window shows how the form's measuring goes.
+  QLabel* run_state();
+
   // Controls that need a place and have none.
   std::vector<forms::Control*> left_over() const;
 
@@ -100,6 +111,9 @@ class Arranger {
   QWidget& window_;
   std::vector<const forms::Control*> placed_;
   std::vector<QWidget*> widgets_;
+  QLayout* in_sight_ = nullptr;
 };
+
+inline constexpr const char* run_state_name = "run_state";
 
 }  // namespace window

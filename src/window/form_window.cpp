@@ -1,6 +1,7 @@
 #include "window/form_window.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QGroupBox>
@@ -16,6 +17,7 @@
 #include "window/look.h"
 #include "window/mnemonics.h"
 #include "window/names.h"
+#include "window/state_words.h"
 #include "window/tab_order.h"
 
 namespace window {
@@ -28,7 +30,12 @@ FormWindow::FormWindow(forms::Form& form, const Surroundings& around)
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
-  setCentralWidget(scroll);
+  auto* whole = new QWidget;
+  auto* parts = new QVBoxLayout(whole);
+  parts->setContentsMargins(0, 0, 0, 0);
+  parts->setSpacing(gap);
+  parts->addWidget(scroll, 1);
+  setCentralWidget(whole);
   make_widgets();
   for (const MenuOfWindow& menu : around.menus) add_menu(*menuBar(), menu);
   arrange();
@@ -58,7 +65,7 @@ void FormWindow::arrange() {
     for (const auto& [control, binding] : bindings_) binding->show();
   };
   show_all();
-  Arranger place(form_, *content_);
+  Arranger place(form_, *centralWidget());
   auto* outermost = new QVBoxLayout(content_);
   outermost->setContentsMargins(gap, gap, gap, gap);
   outermost->setSpacing(gap);
@@ -68,8 +75,11 @@ void FormWindow::arrange() {
     left_over_ = place.left_over();
   }
   if (!place.left_over().empty()) outermost->addLayout(arrange_plainly(place));
+  if (place.in_sight()) static_cast<QVBoxLayout*>(centralWidget()->layout())->addLayout(place.in_sight());
+  run_state_ = findChild<QLabel*>(run_state_name);
+  show_run_state();
   show_all();
-  take_focus(set_tab_order(*content_));
+  take_focus(set_tab_order(*centralWidget()));
 }
 
 // The first widget to work with has the focus when the window comes, unless the layout chose another.
@@ -102,7 +112,7 @@ void FormWindow::name_widgets() {
     const std::string_view name = name_of(form_.name(), control->full_name());
     if (!name.empty()) widget->setAccessibleName(to_qt(std::string(name)));
     if (!widget->accessibleName().isEmpty() || needs_no_name(*widget)) continue;
-    const QString tip = widget->toolTip();
+    const QString tip = to_qt(control->ToolTipText.get());
     widget->setAccessibleName(tip.isEmpty() ? to_qt(control->full_name()) : tip);
   }
 }
@@ -114,12 +124,25 @@ void FormWindow::show_title() {
   if (title != windowTitle()) setWindowTitle(title);
 }
 
+void FormWindow::show_run_state() {
+  const auto* measuring = dynamic_cast<const varzelin::Measuring*>(&form_);
+  if (!run_state_ || !measuring) return;
+  const QString words = state_words(measuring->run_state());
+  if (words == run_state_->text()) return;
+  run_state_->setText(words);
+  QAccessibleEvent said(run_state_, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&said);
+}
+
 // A window's own size, as far as the screen has it; a layout alone would get two thirds of the screen.
 // The title tells what the numbers are worth, so it is to be read in full.
 void FormWindow::take_size() {
   constexpr int icon_and_buttons = 140;
   const int title = fontMetrics().horizontalAdvance(windowTitle()) * 11 / 10 + icon_and_buttons;
-  const QSize all = content_->sizeHint() + QSize(0, menuBar()->sizeHint().height());
+  QLayout& parts = *centralWidget()->layout();
+  int height = menuBar()->sizeHint().height() + content_->sizeHint().height();
+  for (int i = 1; i < parts.count(); ++i) height += parts.itemAt(i)->sizeHint().height() + gap;
+  const QSize all(content_->sizeHint().width(), height);
   resize(on_screen(*this, all.expandedTo({title, 0})));
 }
 

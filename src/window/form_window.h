@@ -11,6 +11,8 @@
 #include "window/binding.h"
 #include "window/menu_bar.h"
 
+class QLabel;
+
 namespace window {
 
 class FormWindow final : public QMainWindow {
@@ -26,6 +28,8 @@ class FormWindow final : public QMainWindow {
 
   forms::Form& form() const { return form_; }
   void show_title();
+  // Brings the words of the form's measuring in step, where the form measures.
+  void show_run_state();
   // Brings the widget of a changed control in step.
   void show_change(const forms::Control& control);
   // Makes widgets that are going to be shown or enabled ready to take the focus from those that go.
@@ -65,6 +69,7 @@ class FormWindow final : public QMainWindow {
   const QString title_suffix_;
   std::function<void(const QString& path)> take_file_;
   QWidget* content_;
+  QLabel* run_state_ = nullptr;
   std::map<const forms::Control*, std::unique_ptr<Binding>> bindings_;
   std::vector<forms::Control*> left_over_;
 };

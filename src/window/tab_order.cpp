@@ -1,6 +1,7 @@
 #include "window/tab_order.h"
 
 #include <QGridLayout>
+#include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
 #include <algorithm>
@@ -44,6 +45,8 @@ class Walk {
       for (int page = 0; page < tabs->count(); ++page) through(*tabs->widget(page));
       return;
     }
+    if (auto* scroll = qobject_cast<QScrollArea*>(&widget); scroll && scroll->widget())
+      through(*scroll->widget());
     if (widget.focusPolicy() & Qt::TabFocus) stops.push_back(&widget);
     if (widget.layout()) through(*widget.layout());
   }

@@ -87,6 +87,7 @@ void Windows::show_changes() {
   for (const forms::Control* control : changes.controls) {
     if (FormWindow* form_window = window_for(control->form())) form_window->show_change(*control);
   }
+  for (const auto& [form, form_window] : windows_) form_window->show_run_state();
   for (forms::Form* form : changes.forms) {
     FormWindow* form_window = window_for(*form);
     if (form_window) form_window->show_title();

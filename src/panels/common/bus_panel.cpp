@@ -69,8 +69,17 @@ void BusPanel::receive(int size, Route route) {
 }
 
 Outcome BusPanel::transfer(bool read, Transfers how) {
-  if (how == Transfers::checked) return checked_transfer(read);
-  return read ? Fast_Read(program) : Fast_Write(program);
+  if (how == Transfers::checked) return counted(read, checked_transfer(read));
+  return counted(read, read ? Fast_Read(program) : Fast_Write(program));
+}
+
+// The first byte of a reply says how many bytes came.
+Outcome BusPanel::counted(bool read, Outcome outcome) {
+  const bool failed = outcome == Outcome::failed;
+  failed_transfers_ += failed;
+  if (read && outcome != Outcome::given_up && (failed || store.Xfer_Buf.empty() || store.Xfer_Buf[0] == 0))
+    ++missing_replies_;
+  return outcome;
 }
 
 Outcome BusPanel::checked_transfer(bool read) {

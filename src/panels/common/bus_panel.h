@@ -69,6 +69,12 @@ class BusPanel : public ProgramForm {
     return reply(low_index + 1) * 256 + reply(low_index);
   }
 
+  // Replies that were asked for and brought nothing since the panel was made: a transfer failed, or the
+  // sensor didn't acknowledge its address.
+  std::int32_t missing_replies() const { return missing_replies_; }
+  // Transfers that failed since then.
+  std::int32_t failed_transfers() const { return failed_transfers_; }
+
   // --- deferred register work ---
 
   using PendingFlags = std::initializer_list<Flag Store::*>;
@@ -101,9 +107,12 @@ class BusPanel : public ProgramForm {
 
  private:
   Outcome transfer(bool read, Transfers how);
+  Outcome counted(bool read, Outcome outcome);
   Outcome checked_transfer(bool read);
 
   int exchanges_ = 0;  // on the stack
+  std::int32_t missing_replies_ = 0;
+  std::int32_t failed_transfers_ = 0;
 };
 
 }  // namespace varzelin

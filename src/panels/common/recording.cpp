@@ -6,8 +6,6 @@ namespace varzelin {
 namespace {
 
 constexpr std::int32_t least_samples = 20;
-// The first slots aren't written, as the trace leaves them out.
-constexpr std::int32_t first_written = 11;
 
 }  // namespace
 

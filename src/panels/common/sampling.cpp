@@ -11,6 +11,14 @@ namespace {
 constexpr const char* collecting_text = "Data Collection In Process";
 constexpr const char* halted_text = "Data Collection Halted";
 
+// True as long as it lives.
+struct Raised {
+  explicit Raised(bool& of_owner) : flag(of_owner), outer(std::exchange(of_owner, true)) {}
+  ~Raised() { flag = outer; }
+  bool& flag;
+  const bool outer;
+};
+
 constexpr std::array<Flag Store::*, 6> deferred_work_flags{&Store::PendingClearInt, &Store::PendingReadRegs,
                                                            &Store::PendingWriteR0,  &Store::PendingWriteR1,
                                                            &Store::PendingIntHigh,  &Store::PendingIntLow};
@@ -26,17 +34,15 @@ std::int32_t next_number(std::int32_t number) {
 
 void SensorPanel::cmdSample_Click() {
   if (!sampling_allowed()) return;
-  struct OnStack {
-    explicit OnStack(bool& of_panel) : sampling(of_panel), outer(std::exchange(of_panel, true)) {}
-    ~OnStack() { sampling = outer; }
-    bool& sampling;
-    const bool outer;
-  } const on_stack(sampling_);
+  const Raised on_stack(sampling_);
   start_sampling();
+  run_begins(RunState::Kind::timed);
   if (model.sampling_holds_session) hold_session();
   while (store.AbortRequested != true_flag && loaded()) timed_pass();
   fetch_last_trigger();
+  run_ends();
   end_sampling();
+  run_is_over();
 }
 
 void SensorPanel::fetch_last_trigger() {
@@ -75,6 +81,7 @@ void SensorPanel::timed_pass() {
   }
   DoEvents();
   fetch_sample();
+  run_took_reading();
   if (model.heartbeat) flip_lamp(shpSample, store.Clr_Black);
   DoEvents();
   sampling_pass_ends();
@@ -110,7 +117,9 @@ void SensorPanel::cmdCollectData_Click() {
     return;
   }
   const std::optional<forms::RunTimeError> error = collect(interval_ms);
+  if (!error) run_ends();
   end_collection();
+  run_is_over();
   if (error) throw *error;
 }
 
@@ -119,6 +128,7 @@ void SensorPanel::start_collection(std::int32_t interval_ms) {
   take_scale();
   interval_ms_ = interval_ms;
   store.Collections = next_number(store.Collections);
+  run_begins(RunState::Kind::collection);
   Label18.Caption = collecting_text;
   cmdCollectData.Caption = "Real Time data display is executing, Click -Stop Real Time- to End";
   cmdSample.Enabled = false;
@@ -219,6 +229,7 @@ void SensorPanel::commit(const Measurement& measurement) {
   store.RawReading = measurement.raw;
   if (measurement.second) store.Sample_Value2[slot()] = store.RawReading2 = *measurement.second;
   store.Reading = measurement.reading;
+  run_took_reading();
 }
 
 std::int32_t SensorPanel::measurement_row() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "bridge/run_state.h"
 #include "panels/common/bus_panel.h"
 
 namespace varzelin {
@@ -18,16 +19,21 @@ struct Measurement {
   std::int32_t reading = 0;                           // for the chart and the box, in display units
 };
 
-class SensorPanel : public BusPanel {
+class SensorPanel : public BusPanel, public Measuring {
  public:
   // The last slot of Sample_Value: the count stays there, and later samples overwrite it.
   static constexpr std::int32_t last_sample = 1010;
   // Samples that are stored but reach neither the count nor the trace, while the sensor settles.
   static constexpr std::int32_t settling_samples = 10;
 
+  // The measurement file leaves out the slots before, as the trace does.
+  static constexpr std::int32_t first_written = 11;
+
   SensorPanel(Program& owner, const PanelModel& panel_model);
 
   void Form_Load() override;
+
+  RunState run_state() const override;
 
   // --- handlers ---
   void cmdSample_Click();
@@ -178,6 +184,25 @@ class SensorPanel : public BusPanel {
   void show_count();
   void advance_trace();
 
+  // --- what becomes of a run (run_state.cpp) ---
+
+  // Facts of the present run, or of the last one.
+  struct Run {
+    RunState::Kind kind = RunState::Kind::none;
+    RunState::End end = RunState::End::run_time_error;  // until it comes to another one
+    std::int32_t readings = 0;
+    std::int32_t unanswered = 0;
+    std::int64_t first_ms = 0;  // timeGetTime of the first reading and of the latest
+    std::int64_t latest_ms = 0;
+    std::int32_t missing_before = 0;  // the panel's counts when the run, or its present pass, began
+    std::int32_t failed_before = 0;
+  };
+  void run_begins(RunState::Kind kind);
+  void run_took_reading();
+  void run_ends();
+  void run_is_over();
+  bool board_gone() const { return store.Dev_Ctx.device == 0; }
+
   void start_sampling();
   void timed_pass();
   void end_sampling();
@@ -192,8 +217,9 @@ class SensorPanel : public BusPanel {
   void end_collection();
   void write_data_file();
 
-  bool sampling_ = false;
-  bool collecting_ = false;
+  Run run_;
+  bool sampling_ = false;         // the timed loop is on the stack
+  bool collecting_ = false;       // the real-time loop
   bool begun_anew_ = false;       // a collection began since the loop's pass began
   bool begins_ = false;           // it hasn't had its first pass
   int loop_depth_ = 0;            // handlers on the stack where the real-time loop runs

@@ -140,7 +140,8 @@ QLayout* arrange_interrupt_test(Arranger& place) {
                           parameters(place), status(place), Part::room()});
   QLayout* right = column({{course(place), 1}, saved(place)});
   QLayout* attached = place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words);
-  return column({row({left, {right, 1}}), attached});
+  place.keep_in_sight(attached);
+  return row({left, {right, 1}});
 }
 
 }  // namespace window

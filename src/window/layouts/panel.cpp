@@ -100,10 +100,10 @@ QGroupBox* record_frame(Arranger& place, int lines) {
 
 namespace {
 
+// The words, and the lamps with what the sensor was set to and the count.
 QLayout* status_line(Arranger& place) {
   QWidget* heartbeat = place.keep_room(place("shpSample"));
   place.name_lamp(heartbeat, "Sampling", heartbeat_words);
-  auto* status = place.as<QLabel>("Label18");
   auto* count = place.as<QLabel>("lblLoop_Count");
   count->setAccessibleName("Captured Readings");
   count->setMinimumWidth(count->fontMetrics().horizontalAdvance("-0000"));
@@ -112,18 +112,20 @@ QLayout* status_line(Arranger& place) {
   verdict->setMinimumSize(8 * verdict->fontMetrics().averageCharWidth(),
                           verdict->fontMetrics().height() + gap);
   place.keep_room(verdict);
-  QBoxLayout* line = row({place.lamp(place("ShpAttach"), place("Label13"), link_words),
-                          place.lamp(place("ShpHandleStatus"), place("lblHandleStatus"), yes_words),
-                          verdict,
-                          heartbeat,
-                          {status, 1}});
-  line->setSpacing(2 * gap);
+  QBoxLayout* lamps =
+      row({place.lamp(place("ShpAttach"), place("Label13"), link_words),
+           place.lamp(place("ShpHandleStatus"), place("lblHandleStatus"), yes_words), verdict, heartbeat});
   for (const char* words : {"lblRegSet", "lblRange"}) {
-    if (place.has(words)) line->addWidget(place(words));
+    if (place.has(words)) lamps->addWidget(place.giving_way(place.as<QLabel>(words)), 1);
   }
-  line->addWidget(place("lblCapturedReadings"));
-  line->addWidget(count);
-  return line;
+  lamps->addStretch(1);
+  lamps->addWidget(place("lblCapturedReadings"));
+  lamps->addWidget(count);
+  lamps->setSpacing(2 * gap);
+  auto* status = place.giving_way(place.as<QLabel>("Label18"));
+  QBoxLayout* words = row({{status, 1}, {place.run_state(), 1}});
+  words->setSpacing(2 * gap);
+  return place.in_one_line_where_wide({words, 1}, {lamps, 1});
 }
 
 }  // namespace
@@ -139,7 +141,8 @@ QLayout* panel(Arranger& place, QLayout* left, QLayout* right, QLayout* below_ch
     return widget;
   };
   QLayout* middle = column({{chart(place), 1}, below_chart});
-  return column({{row({side(left), {middle, 1}, side(right)}), 1}, status_line(place)});
+  place.keep_in_sight(status_line(place));
+  return column({{row({side(left), {middle, 1}, side(right)}), 1}});
 }
 
 }  // namespace window

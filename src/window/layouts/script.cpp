@@ -74,12 +74,12 @@ QLayout* arrange_script_panel(Arranger& place) {
                                  "txtI2CBytesOut", "cmdSendSerial", "Send");
   QGroupBox* receive = serial_frame(place, "fraReceive", "optReceive", "txtI2CAdrIn", "txtI2CIntAdrIn",
                                     "txtI2CBytesIN", "cmdReceiveSerial", "Receive");
-  return column({{grid, 1},
-                 row({script, results, {control_frame(place), 1}}),
-                 row({send, receive, Part::room()}),
-                 row({place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words),
-                      {place("lblLinesLeftOut"), 1},
-                      place("Command1")})});
+  QLayout* all = column(
+      {{grid, 1}, row({script, results, {control_frame(place), 1}}), row({send, receive, Part::room()})});
+  place.keep_in_sight(row({place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words),
+                           {place.giving_way(place.as<QLabel>("lblLinesLeftOut")), 1},
+                           place("Command1")}));
+  return all;
 }
 
 QLayout* arrange_batch_panel(Arranger& place) {

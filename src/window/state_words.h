@@ -1,0 +1,12 @@
+// A panel's measuring in words, for its status line.
+#pragma once
+
+#include <QString>
+
+#include "bridge/run_state.h"
+
+namespace window {
+
+QString state_words(const varzelin::RunState& state);
+
+}  // namespace window
