@@ -15,6 +15,9 @@ namespace {
 
 using forms::PictureBox;
 
+// On white it is seen, and leaves the trace in front.
+constexpr QRgb grid_color = qRgb(0x8C, 0x8C, 0x8C);
+
 bool same_text(const PictureBox::PrintedText& a, const PictureBox::PrintedText& b) {
   return a.x == b.x && a.y == b.y && a.text == b.text;
 }
@@ -37,6 +40,34 @@ PictureView::PictureView(PictureBox& picture, QWidget* parent)
   copy_columns(0, picture.ScaleWidth() - 1);
 }
 
+void PictureView::tell_grid_apart() {
+  grid_apart_ = true;
+  copy_columns(0, picture_.ScaleWidth() - 1);
+  update();
+}
+
+void PictureView::name_unit_of_axis(double row) {
+  axis_row_ = row;
+  update();
+}
+
+// A line of the grid is one pixel wide, a trace is three pixels high: where the pixels beside a line are
+// black too it is hidden by the trace.
+bool PictureView::belongs_to_grid(int x, int y) const {
+  const int columns = picture_.ScaleWidth();
+  const int rows = picture_.ScaleHeight();
+  const auto black = [&](int at_x, int at_y) {
+    const bool inside = at_x >= 0 && at_x < columns && at_y >= 0 && at_y < rows;
+    return inside && picture_.GetPixel(at_x, at_y) == 0;
+  };
+  const bool in_column = columns >= 10 && x % (columns / 10) == 0;
+  const bool in_row = rows >= 10 && (rows - 1 - y) % (rows / 10) == 0;  // from the bottom
+  const bool upright = in_column && !black(x - 1, y) && !black(x + 1, y);
+  const bool level = in_row && !black(x, y - 1) && !black(x, y + 1);
+  const bool crossing = in_column && in_row && !black(x - 1, y - 1) && !black(x + 1, y + 1);
+  return upright || level || crossing;
+}
+
 void PictureView::stand_on_it(PictureView& view, QPoint corner) {
   view.setParent(this);
   standing_.push_back({&view, corner});
@@ -53,7 +84,9 @@ void PictureView::copy_columns(int first, int last) {
     auto* line = reinterpret_cast<QRgb*>(image_.scanLine(y));
     for (int x = first; x <= last; ++x) {
       const std::uint32_t pixel = pixels[static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x)];
-      line[x] = on_face && pixel == face ? window_color : to_rgb(pixel);
+      line[x] = on_face && pixel == face                             ? window_color
+                : grid_apart_ && pixel == 0 && belongs_to_grid(x, y) ? grid_color
+                                                                     : to_rgb(pixel);
     }
   }
 }
@@ -122,6 +155,22 @@ std::vector<PictureView::Placed> PictureView::placed_texts(const QFont& font) co
   return placed;
 }
 
+void PictureView::add_unit_of_axis(std::vector<Placed>& placed, const QFontMetricsF& metrics) const {
+  if (!axis_row_) return;
+  const double row = *axis_row_ + PictureBox::TextHeight({}) / 2;
+  const Placed* last = nullptr;
+  bool times = false;
+  for (const Placed& text : placed) {
+    if (text.y != row) continue;
+    times = times || text.text.contains('.');
+    if (!last || text.x > last->x) last = &text;
+  }
+  if (!last) return;
+  constexpr double between = 5;
+  const double behind = last->x + metrics.horizontalAdvance(last->text) / scale_x() + between;
+  placed.push_back({behind, row, times ? "s" : "samples"});
+}
+
 double PictureView::room_for(const Placed& text, const std::vector<Placed>& all) const {
   constexpr double between = 3;
   const double half = PictureBox::TextHeight({}) / 2;
@@ -147,7 +196,8 @@ void PictureView::paint_texts(QPainter& painter) const {
   painter.setPen(palette().color(QPalette::WindowText));
   painter.setFont(scaled);
   const QFontMetricsF metrics(scaled);
-  const auto placed = placed_texts(scaled);
+  auto placed = placed_texts(scaled);
+  add_unit_of_axis(placed, metrics);
   for (const Placed& text : placed) {
     const double width = metrics.horizontalAdvance(text.text);
     const double room = room_for(text, placed) * scale_x();

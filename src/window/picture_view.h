@@ -4,9 +4,12 @@
 
 #include <QImage>
 #include <QWidget>
+#include <optional>
 #include <vector>
 
 #include "forms/picture.h"
+
+class QFontMetricsF;
 
 namespace window {
 
@@ -16,6 +19,12 @@ class PictureView final : public QWidget {
 
   // Puts another view on this surface, its corner at this pixel of it. Both scale together.
   void stand_on_it(PictureView& view, QPoint corner);
+  // Shows a ten-by-ten black grid in a colour of its own, so that a black trace is told from it. The surface
+  // keeps its pixels.
+  void tell_grid_apart();
+  // The texts printed in this row are a time axis, and get its unit behind them: "s" for times, "samples" for
+  // whole numbers.
+  void name_unit_of_axis(double row);
   // Takes over what was drawn since the last call.
   void show_changes();
 
@@ -43,6 +52,8 @@ class PictureView final : public QWidget {
     QString text;
   };
   void copy_columns(int first, int last);
+  bool belongs_to_grid(int x, int y) const;
+  void add_unit_of_axis(std::vector<Placed>& placed, const QFontMetricsF& metrics) const;
   std::vector<Placed> placed_texts(const QFont& font) const;
   // How far a text may reach to the right before it runs into something.
   double room_for(const Placed& text, const std::vector<Placed>& all) const;
@@ -50,6 +61,8 @@ class PictureView final : public QWidget {
 
   forms::PictureBox& picture_;
   QImage image_;
+  bool grid_apart_ = false;
+  std::optional<double> axis_row_;
   std::vector<Standing> standing_;
   std::vector<forms::PictureBox::PrintedText> texts_;
 };

@@ -95,5 +95,64 @@ TEST_F(WindowPicture, ASurfaceOnAnotherScalesWithIt) {
   EXPECT_EQ(child.geometry(), QRect(20, 15, 40, 30));
 }
 
+constexpr std::int32_t black = 0;
+
+TEST_F(WindowPicture, AGridIsToldFromABlackTraceAndKeepsItsPixels) {
+  for (int column = 0; column < 100; ++column) form->pic.SetPixelV(column, 24, black);  // lines of the grid
+  for (int row = 0; row < 50; ++row) form->pic.SetPixelV(40, row, black);
+  for (int column = 0; column < 100; ++column) {  // a trace that is level, beside a line and on one
+    const int middle = column < 70 ? 17 : 24;
+    for (const int row : {middle - 1, middle, middle + 1}) form->pic.SetPixelV(column, row, black);
+  }
+  form->pic.Refresh();
+  view->setFixedSize(100, 50);  // a pixel for a pixel
+  turn();
+  EXPECT_EQ(color_at(20, 24), QColor(Qt::black));
+  view->tell_grid_apart();
+  turn();
+  const QColor grid = color_at(20, 24);
+  EXPECT_GE(grid.lightness(), 100);
+  EXPECT_LE(grid.lightness(), 160);
+  EXPECT_EQ(color_at(40, 5), grid);
+  EXPECT_EQ(color_at(40, 24), grid);
+  EXPECT_EQ(color_at(20, 17), QColor(Qt::black));
+  EXPECT_EQ(color_at(80, 24), QColor(Qt::black));
+  EXPECT_EQ(form->pic.GetPixel(20, 24), black);
+}
+
+// Of the trace of the panels: a change of range has a colour, and stays in it on the grid.
+TEST_F(WindowPicture, AColourStaysWhatItIs) {
+  view->tell_grid_apart();
+  for (const int row : {23, 24, 25})
+    form->pic.SetPixelV(20, row, static_cast<std::int32_t>(forms::clr_red.value));
+  form->pic.Refresh();
+  view->setFixedSize(100, 50);
+  turn();
+  EXPECT_EQ(color_at(20, 24), QColor(Qt::red));
+}
+
+TEST_F(WindowPicture, ATimeAxisHasItsUnit) {
+  const auto ink_of = [this](const char* text) {
+    form->pic.Cls();
+    form->pic.CurrentX = 2;
+    form->pic.CurrentY = 10;
+    form->pic.Print(text);
+    turn();
+    const QImage image = view->grab().toImage();
+    int dark = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) dark += image.pixelColor(x, y).lightness() < 128;
+    }
+    return dark;
+  };
+  const int whole_number = ink_of("0");
+  const int time = ink_of("0.00");
+  view->name_unit_of_axis(10);
+  const int samples = ink_of("0") - whole_number;
+  const int seconds = ink_of("0.00") - time;
+  EXPECT_GT(seconds, 5);
+  EXPECT_GT(samples, 3 * seconds);
+}
+
 }  // namespace
 }  // namespace varzelin::testing
