@@ -1,5 +1,6 @@
 // Kinds that show something: labels, frames, lamps and pictures.
 #include <QAccessible>
+#include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
 
@@ -33,25 +34,26 @@ class LabelBinding final : public Binding {
   }
 
  private:
-  // The system's colours are the platform's own palette.
+  // The system's colours are the platform's own palette. Others are the program's, where the text can be
+  // read.
   void show_colors() {
-    if (label_.BackColor.get() == shown_back_ && label_.ForeColor.get() == shown_fore_) return;
-    shown_back_ = label_.BackColor;
-    shown_fore_ = label_.ForeColor;
-    const bool own_back = shown_back_ != forms::clr_button_face;
-    QPalette colors;
-    if (own_back) colors.setColor(QPalette::Window, to_qt(shown_back_));
-    if (own_back || shown_fore_ != forms::clr_button_text)
-      colors.setColor(QPalette::WindowText, to_qt(shown_fore_));
-    text_->setAutoFillBackground(own_back);
-    text_->setMargin(own_back ? gap / 2 : 0);
-    text_->setPalette(colors);
+    const auto own = [](forms::Color color, forms::Color system) {
+      return color == system ? std::optional<QColor>() : to_qt(color);
+    };
+    const TextColors colors{QPalette::WindowText, QPalette::Window,
+                            own(label_.ForeColor, forms::clr_button_text),
+                            own(label_.BackColor, forms::clr_button_face)};
+    const QPalette palette = palette_of(colors, QApplication::palette(text_));
+    if (palette == shown_colors_) return;
+    shown_colors_ = palette;
+    text_->setAutoFillBackground(colors.ground.has_value());
+    text_->setMargin(colors.ground ? gap / 2 : 0);
+    text_->setPalette(palette);
   }
 
   forms::Label& label_;
   QLabel* text_;
-  forms::Color shown_back_ = forms::clr_button_face;
-  forms::Color shown_fore_ = forms::clr_button_text;
+  QPalette shown_colors_;
 };
 
 class FrameBinding final : public Binding {

@@ -171,7 +171,10 @@ class GridBinding final : public Binding {
     item->setData(Qt::AccessibleTextRole, verdict.isEmpty() ? QVariant() : item->text() + ", " + verdict);
     item->setToolTip(item->text());
     item->setTextAlignment(to_qt(cell.align));
-    item->setBackground(cell.back ? QBrush(window::to_qt(*cell.back)) : QBrush());
+    const QColor ground = cell.back ? window::to_qt(*cell.back) : QColor();
+    item->setBackground(cell.back ? QBrush(ground) : QBrush());
+    const QColor text = table_->palette().color(QPalette::Text);
+    item->setForeground(cell.back ? QBrush(readable(text, ground)) : QBrush());
   }
 
   forms::Grid& grid_;

@@ -110,21 +110,23 @@ class TextBinding : public Binding {
     });
   }
 
-  // The system's colours are the platform's own palette.
+  // The system's colours are the platform's own palette. Others are the program's, where the text can be
+  // read.
   void show_colors() {
-    if (box_.BackColor.get() == shown_back_ && box_.ForeColor.get() == shown_fore_) return;
-    shown_back_ = box_.BackColor;
-    shown_fore_ = box_.ForeColor;
-    QPalette colors;
-    if (shown_back_ != forms::clr_window_background) colors.setColor(QPalette::Base, to_qt(shown_back_));
-    if (shown_fore_ != forms::clr_window_text) colors.setColor(QPalette::Text, to_qt(shown_fore_));
-    widget()->setPalette(colors);
+    const auto own = [](forms::Color color, forms::Color system) {
+      return color == system ? std::optional<QColor>() : to_qt(color);
+    };
+    const TextColors colors{QPalette::Text, QPalette::Base, own(box_.ForeColor, forms::clr_window_text),
+                            own(box_.BackColor, forms::clr_window_background)};
+    const QPalette palette = palette_of(colors, QApplication::palette(widget()));
+    if (palette == shown_colors_) return;
+    shown_colors_ = palette;
+    widget()->setPalette(palette);
   }
 
   forms::TextBox& box_;
   bool replaying_ = false;
-  forms::Color shown_back_ = forms::clr_window_background;
-  forms::Color shown_fore_ = forms::clr_window_text;
+  QPalette shown_colors_;
 };
 
 class LineBinding final : public TextBinding {

@@ -94,6 +94,9 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
     default:
       break;
   }
+    case QEvent::ApplicationPaletteChange:
+      if (object == widget_) show();
+      break;
   return QObject::eventFilter(object, event);
 }
 

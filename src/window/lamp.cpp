@@ -46,7 +46,8 @@ void Lamp::paintEvent(QPaintEvent*) {
   glass.setColorAt(0.6, color);
   glass.setColorAt(1, color.darker(125));
   painter.setBrush(isEnabled() ? QBrush(glass) : QBrush(palette().mid()));
-  painter.setPen(QPen(QColor(0x28, 0x28, 0x28), 1.2));
+  const bool on_dark = palette().color(QPalette::Window).lightness() < 128;
+  painter.setPen(QPen(on_dark ? QColor(0xB0, 0xB0, 0xB0) : QColor(0x28, 0x28, 0x28), 1.2));
   painter.drawEllipse(disc);
 }
 

@@ -8,7 +8,10 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QWidget>
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <utility>
 
 #include "shell/application.h"
 #include "window/accessibility.h"
@@ -20,6 +23,75 @@ namespace window {
 QColor to_qt(forms::Color color) {
   const auto value = static_cast<int>(forms::resolved(color).value);
   return QColor(value & 0xFF, (value >> 8) & 0xFF, (value >> 16) & 0xFF);
+}
+
+namespace {
+
+double luminance(const QColor& color) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+QColor blended(const QColor& one, const QColor& other, double part) {
+  const auto mix = [part](int from, int to) {
+    return static_cast<int>(std::lround(from + part * (to - from)));
+  };
+  return {mix(one.red(), other.red()), mix(one.green(), other.green()), mix(one.blue(), other.blue())};
+}
+
+}  // namespace
+
+double contrast(const QColor& text, const QColor& ground) {
+  const auto [dark, light] = std::minmax({luminance(text), luminance(ground)});
+  return (light + 0.05) / (dark + 0.05);
+}
+
+QColor readable(const QColor& text, const QColor& ground) {
+  const QColor opaque = blended(ground, text, text.alphaF());
+  const bool black_is_better = contrast(Qt::black, ground) > contrast(Qt::white, ground);
+  const QColor end = black_is_better ? Qt::black : Qt::white;
+  constexpr int steps = 20;
+  for (int step = 0; step < steps; ++step) {
+    const QColor tried = blended(opaque, end, step / static_cast<double>(steps));
+    if (contrast(tried, ground) >= least_contrast) return tried;
+  }
+  return end;
+}
+
+QPalette palette_of(const TextColors& colors, const QPalette& platform) {
+  QPalette own;
+  if (colors.ground) own.setColor(colors.ground_role, *colors.ground);
+  if (!colors.text && !colors.ground) return own;
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    const QColor ground = colors.ground.value_or(platform.color(group, colors.ground_role));
+    const QColor text = colors.text.value_or(platform.color(group, colors.text_role));
+    own.setColor(group, colors.text_role, readable(text, ground));
+  }
+  return own;
+}
+
+// What is readable already stays the platform's, and changes with it.
+void make_palette_readable() {
+  using Role = QPalette::ColorRole;
+  QPalette colors = QApplication::palette();
+  const auto change = [&colors](QPalette::ColorGroup group, Role changed, Role other) {
+    const QColor present = colors.color(group, changed);
+    const QColor wanted = readable(present, colors.color(group, other));
+    if (wanted != present) colors.setColor(group, changed, wanted);
+  };
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    for (const auto& [text, ground] : {std::pair<Role, Role>{QPalette::WindowText, QPalette::Window},
+                                       {QPalette::Text, QPalette::Base},
+                                       {QPalette::ButtonText, QPalette::Button},
+                                       {QPalette::PlaceholderText, QPalette::Base}}) {
+      change(group, text, ground);
+    }
+    // What is chosen is told by its ground, so that the ground gives way.
+    change(group, QPalette::Highlight, QPalette::HighlightedText);
+  }
+  QApplication::setPalette(colors);
 }
 
 QString to_caption(const std::string& caption) {
@@ -64,6 +136,7 @@ void close_by_escape(QWidget& window) {
 void set_look(QApplication& application) {
   install_accessibility();
   QApplication::setStyle(new HouseStyle);
+  make_palette_readable();
   QApplication::setApplicationName(varzelin::application_title);
   // Each program's desktop file has the program's name.
   QApplication::setDesktopFileName(QFileInfo(QApplication::applicationFilePath()).fileName());

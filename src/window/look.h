@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 #include <QSize>
 #include <QString>
+#include <optional>
 #include <string>
 
 #include "forms/color.h"
@@ -20,6 +22,25 @@ QColor to_qt(forms::Color color);
 inline QString to_qt(const std::string& text) {
   return QString::fromStdString(text);
 }
+
+// How well a text is told from its ground, from 1 (not at all) to 21, and what a text should have at least.
+double contrast(const QColor& text, const QColor& ground);
+inline constexpr double least_contrast = 4.5;
+// The colour itself where it is readable on the ground, else the nearest to it that is.
+QColor readable(const QColor& text, const QColor& ground);
+// A text's colour, and the one of its ground. Without a value the platform's own.
+struct TextColors {
+  QPalette::ColorRole text_role;
+  QPalette::ColorRole ground_role;
+  std::optional<QColor> text;
+  std::optional<QColor> ground;
+  bool operator==(const TextColors&) const = default;
+};
+// What differs from the platform's palette, with the text readable in each state of its widget.
+QPalette palette_of(const TextColors& colors, const QPalette& platform);
+// Makes the texts of the application's palette readable on their grounds: those that are greyed out, chosen
+// or only placeholders are too pale in many.
+void make_palette_readable();
 
 // A caption in which "&" marks the key of a button, a menu or a frame, and "&&" stands for itself. An
 // "&" that marks nothing stands for itself too.

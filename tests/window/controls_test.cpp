@@ -104,7 +104,7 @@ TEST_F(WindowControls, AHandlerMayUnloadItsForm) {
 TEST_F(WindowControls, PropertiesReachTheirWidgets) {
   form->Caption = "Other title";
   form->lbl.Caption = "Fish && Chips";
-  form->lbl.BackColor = forms::RGB(255, 0, 0);
+  form->lbl.BackColor = forms::RGB(0, 0, 255);
   form->lbl.ForeColor = forms::clr_white;
   form->cmd.Caption = "Done";
   form->cmd.Enabled = false;
@@ -121,7 +121,7 @@ TEST_F(WindowControls, PropertiesReachTheirWidgets) {
   turn();
   EXPECT_TRUE(window_of(SampleForm::form_name).windowTitle().startsWith("Other title"));
   EXPECT_EQ(widget<QLabel>("lbl").text(), "Fish & Chips");
-  EXPECT_EQ(widget<QLabel>("lbl").palette().color(QPalette::Window), QColor(255, 0, 0));
+  EXPECT_EQ(widget<QLabel>("lbl").palette().color(QPalette::Window), QColor(0, 0, 255));
   EXPECT_EQ(widget<QLabel>("lbl").palette().color(QPalette::WindowText), QColor(Qt::white));
   EXPECT_TRUE(widget<QLabel>("lbl").autoFillBackground());
   EXPECT_EQ(widget<QPushButton>("cmd").text(), "&Done");  // with its key

@@ -1,0 +1,140 @@
+// Every text can be read on its ground, in a light and in a dark palette.
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTableWidget>
+
+#include "script/script_panel.h"
+#include "support/panel_window.h"
+#include "support/sample_form.h"
+#include "window/look.h"
+
+namespace varzelin::testing {
+namespace {
+
+QPalette dark_palette() {
+  QPalette dark(QColor(0x35, 0x35, 0x35));
+  dark.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
+  dark.setColor(QPalette::Highlight, QColor(0x2A, 0x82, 0xDA));
+  return dark;
+}
+
+// The platform's palette in each test, and the own one back behind it.
+struct WindowContrast : PanelWindow, ::testing::WithParamInterface<bool> {
+  const QPalette before = QApplication::palette();
+  void SetUp() override {
+    QApplication::setPalette(GetParam() ? dark_palette() : QApplication::style()->standardPalette());
+    window::make_palette_readable();
+    PanelWindow::SetUp();
+  }
+  void TearDown() override { QApplication::setPalette(before); }
+
+  // A text of the widget on its ground, in a state.
+  static void expect_readable(const QWidget& widget, const std::string& where, QPalette::ColorRole text,
+                              QPalette::ColorRole ground) {
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+      const QPalette& colors = widget.palette();
+      EXPECT_GE(window::contrast(colors.color(group, text), colors.color(group, ground)),
+                window::least_contrast)
+          << where << " " << colors.color(group, text).name().toStdString() << " on "
+          << colors.color(group, ground).name().toStdString() << " in state " << group;
+    }
+  }
+  static void expect_readable(const QWidget& widget, const std::string& where) {
+    const bool on_base = qobject_cast<const QLineEdit*>(&widget) ||
+                         qobject_cast<const QPlainTextEdit*>(&widget) ||
+                         qobject_cast<const QAbstractItemView*>(&widget);
+    const bool on_button =
+        qobject_cast<const QPushButton*>(&widget) || qobject_cast<const QComboBox*>(&widget);
+    if (on_base) {
+      expect_readable(widget, where, QPalette::Text, QPalette::Base);
+      expect_readable(widget, where, QPalette::PlaceholderText, QPalette::Base);
+      expect_readable(widget, where, QPalette::HighlightedText, QPalette::Highlight);
+    } else if (on_button) {
+      expect_readable(widget, where, QPalette::ButtonText, QPalette::Button);
+    } else {
+      expect_readable(widget, where, QPalette::WindowText, QPalette::Window);
+    }
+  }
+};
+
+TEST_P(WindowContrast, OfEveryWidgetOfEveryForm) {
+  for (const std::string& name : program.forms.names()) {
+    show(name);
+    for (const QWidget* each : window_of(name).findChildren<QWidget*>())
+      expect_readable(*each, name + " " + each->objectName().toStdString());
+  }
+}
+
+TEST_P(WindowContrast, OfALabelAndABoxInEveryColourOnEveryGround) {
+  SampleForm* sample = nullptr;
+  program.forms.add(SampleForm::form_name, [&](const std::string&) {
+    auto made = std::make_unique<SampleForm>(program.forms);
+    sample = made.get();
+    return made;
+  });
+  show(SampleForm::form_name);
+  form = SampleForm::form_name;
+  for (int ground = -1; ground < 16; ++ground) {
+    for (int text = -1; text < 16; ++text) {
+      sample->lbl.BackColor = ground < 0 ? forms::clr_button_face : forms::QBColor(ground);
+      sample->lbl.ForeColor = text < 0 ? forms::clr_button_text : forms::QBColor(text);
+      sample->txt.BackColor = ground < 0 ? forms::clr_window_background : forms::QBColor(ground);
+      sample->txt.ForeColor = text < 0 ? forms::clr_window_text : forms::QBColor(text);
+      turn();
+      const std::string where = std::to_string(text) + " on " + std::to_string(ground);
+      const auto& label = widget<QLabel>("lbl");
+      expect_readable(label, "label " + where);
+      expect_readable(widget<QLineEdit>("txt"), "box " + where, QPalette::Text, QPalette::Base);
+      if (ground >= 0) {
+        EXPECT_EQ(label.palette().color(QPalette::Window), window::to_qt(forms::QBColor(ground)));
+      }
+    }
+  }
+}
+
+TEST_P(WindowContrast, OfACellOnTheColourOfItsVerdict) {
+  form = "frmScriptOps";
+  show(form);
+  auto& grid = static_cast<frmScriptOps*>(program.forms.loaded(form))->vbalGrid1;
+  grid.set_rows(16);
+  for (int color = 0; color < 16; ++color) grid.set_back(color + 1, 2, forms::QBColor(color));
+  turn();
+  const auto& table = widget<QTableWidget>("vbalGrid1");
+  for (int row = 0; row < 16; ++row) {
+    const QTableWidgetItem& cell = *table.item(row, 1);
+    EXPECT_GE(window::contrast(cell.foreground().color(), cell.background().color()), window::least_contrast)
+        << row;
+  }
+}
+
+// The desktop turns to another palette while the program runs.
+TEST_P(WindowContrast, FollowsThePlatform) {
+  open(0);
+  QApplication::setPalette(GetParam() ? QApplication::style()->standardPalette() : dark_palette());
+  window::make_palette_readable();
+  turn();
+  for (const QWidget* each : window_of(form).findChildren<QWidget*>())
+    expect_readable(*each, each->objectName().toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Palettes, WindowContrast, ::testing::Bool(),
+                         [](const auto& param) { return param.param ? "Dark" : "Light"; });
+
+TEST(Contrast, IsThatOfTheAccessibilityGuidelines) {
+  EXPECT_NEAR(window::contrast(Qt::black, Qt::white), 21, 0.01);
+  EXPECT_NEAR(window::contrast(Qt::white, Qt::white), 1, 0.01);
+  EXPECT_NEAR(window::contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
+}
+
+TEST(Contrast, AReadableColourStaysAndAnotherChangesLittle) {
+  EXPECT_EQ(window::readable(QColor(0, 0, 0x80), Qt::white), QColor(0, 0, 0x80));
+  const QColor red = window::readable(Qt::red, Qt::white);
+  EXPECT_GE(window::contrast(red, Qt::white), 4.5);
+  EXPECT_GT(red.red(), 200);
+  EXPECT_EQ(red.green(), 0);
+}
+
+}  // namespace
+}  // namespace varzelin::testing
