@@ -7,6 +7,7 @@
 
 #include "forms/user.h"
 #include "window/look.h"
+#include "window/tips.h"
 
 namespace window {
 
@@ -33,13 +34,15 @@ void Binding::show() {
   if (!widget_) return;
   widget_->setEnabled(control_.Enabled);
   widget_->setVisible(control_.Visible);
-  if (const QString tip = to_qt(control_.ToolTipText.get()); widget_->toolTip() != tip)
+  const QString own = to_qt(control_.ToolTipText.get());
+  if (const QString& tip = own.isEmpty() ? table_tip_ : own; widget_->toolTip() != tip)
     widget_->setToolTip(tip);
 }
 
 void Binding::adopt(QWidget* widget) {
   widget_ = widget;
   widget->setObjectName(to_qt(control_.full_name()));
+  table_tip_ = tip_of(control_);
   watch(widget);
 }
 
@@ -91,12 +94,12 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
     case QEvent::MouseButtonDblClick:
       if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) clicked_twice();
       break;
-    default:
-      break;
-  }
     case QEvent::ApplicationPaletteChange:
       if (object == widget_) show();
       break;
+    default:
+      break;
+  }
   return QObject::eventFilter(object, event);
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 #include <functional>
 #include <memory>
 
@@ -78,6 +79,7 @@ class Binding : public QObject {
  private:
   forms::Control& control_;
   QWidget* widget_ = nullptr;
+  QString table_tip_;  // for a control without one
   int ahead_ = 0;
   bool focused_ = false;
   // What the keyboard brings the focus to isn't told before an action: going through a window acts on

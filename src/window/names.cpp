@@ -14,7 +14,7 @@ constexpr std::array names{
     Name{"frmStartup", "frmRevision", "Chip revision"},
     Name{"frmScriptOps", "cmdSendSerial", "Send the bytes"},
     Name{"frmScriptOps", "cmdReceiveSerial", "Receive the bytes"},
-    Name{"frmScriptOps", "Command1", "Exit"},
+    Name{"frmScriptOps", "Command1", "Command1: mark the second row"},
     Name{"frmScriptOps", "lblLinesLeftOut", "Lines left out"},
     Name{"frmI2C_General", "cmdWrite1Byte(0)", "Write the first value"},
     Name{"frmI2C_General", "cmdWrite1Byte(1)", "Write the second value"},
