@@ -129,6 +129,7 @@ QAccessibleInterface* accessible_of(const QString& class_name, QObject* object) 
     return new OptionAccessible(*option, QAccessible::RadioButton);
   if (auto* box = qobject_cast<QCheckBox*>(widget)) return new OptionAccessible(*box, QAccessible::CheckBox);
   if (class_name == "QComboBox") return accessible_drop_down(*static_cast<QComboBox*>(widget));
+  if (class_name == "QTabWidget") return new QAccessibleWidget(widget, QAccessible::Grouping);
   if (class_name == "QLabel") return new LabelAccessible(*static_cast<QLabel*>(widget));
   if (class_name == "QComboBoxListView") return rows_of_drop_down(*static_cast<QAbstractItemView*>(widget));
   const bool plain_window = class_name == "QWidget" && widget->windowType() == Qt::Window;

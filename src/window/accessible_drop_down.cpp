@@ -8,6 +8,13 @@
 namespace window {
 namespace {
 
+QComboBox* drop_down_of(const QAbstractItemView& list) {
+  for (QObject* each = list.parent(); each; each = each->parent()) {
+    if (auto* found = qobject_cast<QComboBox*>(each)) return found;
+  }
+  return nullptr;
+}
+
 class RowAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   RowAccessible(QAbstractItemView& list, int row) : list_(&list), row_(row) {}
@@ -49,7 +56,7 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
   QStringList keyBindingsForAction(const QString&) const override { return {}; }
   void doAction(const QString& action) override {
     if (action != pressAction() || !isValid() || !list_->isEnabled()) return;
-    if (QComboBox* drop_down = drop_down_of_list()) {
+    if (QComboBox* drop_down = drop_down_of(*list_); drop_down && drop_down->isEnabled()) {
       drop_down->setCurrentIndex(row_);
       drop_down->hidePopup();
       emit drop_down->activated(row_);
@@ -58,13 +65,6 @@ class RowAccessible final : public QAccessibleInterface, public QAccessibleActio
 
  private:
   QModelIndex index() const { return list_->model()->index(row_, 0); }
-  QComboBox* drop_down_of_list() const {
-    for (QObject* each = list_; each; each = each->parent()) {
-      if (auto* found = qobject_cast<QComboBox*>(each)) return found->isEnabled() ? found : nullptr;
-    }
-    return nullptr;
-  }
-
   QPointer<QAbstractItemView> list_;
   const int row_;
 };
@@ -74,6 +74,7 @@ class RowsAccessible final : public QAccessibleWidget {
   explicit RowsAccessible(QAbstractItemView& list);
   ~RowsAccessible() override;
 
+  QString text(QAccessible::Text what) const override;
   int childCount() const override { return list_.model() ? list_.model()->rowCount() : 0; }
   QAccessibleInterface* child(int row) const override;
   QAccessibleInterface* childAt(int x, int y) const override;
@@ -90,6 +91,12 @@ RowsAccessible::RowsAccessible(QAbstractItemView& list)
 
 RowsAccessible::~RowsAccessible() {
   for (const QAccessible::Id row : rows_) QAccessible::deleteAccessibleInterface(row);
+}
+
+QString RowsAccessible::text(QAccessible::Text what) const {
+  const QComboBox* drop_down = drop_down_of(list_);
+  return what == QAccessible::Name && drop_down ? drop_down->accessibleName() + ": rows"
+                                                : QAccessibleWidget::text(what);
 }
 
 QAccessibleInterface* RowsAccessible::child(int row) const {

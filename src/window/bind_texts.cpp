@@ -137,7 +137,10 @@ class LineBinding final : public TextBinding {
     const Result result = result_of(text_box);
     if (result != Result::none) edit_->setFocusPolicy(Qt::ClickFocus);
     edit_->setReadOnly(result == Result::shown);
-    connect(edit_, &QLineEdit::textEdited, this, [this] { edited_by_user(); });
+    // A screen reader enters a text as the program would; only what the program puts isn't the user's.
+    connect(edit_, &QLineEdit::textChanged, this, [this] {
+      if (!putting_) edited_by_user();
+    });
   }
 
  protected:
@@ -147,7 +150,9 @@ class LineBinding final : public TextBinding {
     const QString text = to_qt(box().Text.get());
     if (text != edit_->text()) {
       const auto caret = std::min<qsizetype>(edit_->cursorPosition(), text.size());
+      putting_ = true;
       edit_->setText(text);
+      putting_ = false;
       edit_->setCursorPosition(edit_->hasFocus() ? static_cast<int>(caret) : 0);
     }
     if (shown_caret_ != box().SelStart) {
@@ -159,6 +164,7 @@ class LineBinding final : public TextBinding {
  private:
   QLineEdit* edit_;
   std::int32_t shown_caret_;
+  bool putting_ = false;
 };
 
 // A text of many lines is a log, for reading.

@@ -1,5 +1,6 @@
 #include "window/bus_trace_window.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -80,6 +81,7 @@ void BusTraceWindow::make_widgets() {
   filter_->setToolTip(
       "Shows only the transfers in whose bytes, status or words this text stands, e.g. \"at 88\"");
   filter_->setClearButtonEnabled(true);
+  filter_->findChild<QAbstractButton*>()->setAccessibleName("Clear the filter");
   pipes_ = new QComboBox(this);
   pipes_->setObjectName("pipes");
   pipes_->addItems({"All pipes", "I2C (02, 82)", "GPIO (01, 81)"});  // in the order of BusTraceModel::Pipes

@@ -208,6 +208,7 @@ TEST_F(WindowAccessibility, ADropDownHasItsNameItsChoiceAndRowsThatCanBePressed)
   EXPECT_EQ(name_of(devices), "Which sensor is on the board?");
   QAccessibleInterface* rows = devices.child(0);
   ASSERT_EQ(role_of(*rows), "List");
+  EXPECT_EQ(name_of(*rows), "Which sensor is on the board?: rows");
   ASSERT_EQ(rows->childCount(), 10);
   EXPECT_EQ(name_of(*rows->child(1)), "KVT71344/5");
   rows->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -36,6 +36,12 @@ TEST_F(WindowTexts, TypingReachesTheControlAtItsTurn) {
   EXPECT_EQ(form->txt.Text.get().size(), 7u);
 }
 
+TEST_F(WindowTexts, ATextThatAScreenReaderEntersIsTheUsers) {
+  line("txt").setText("entered");
+  turn();
+  EXPECT_EQ(form->txt.Text, "entered");
+}
+
 TEST_F(WindowTexts, AProgramsTextDoesntOvertakeTheUsersTyping) {
   line("txt").setText("");
   form->txt.Text = "";
