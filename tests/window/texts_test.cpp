@@ -42,6 +42,14 @@ TEST_F(WindowTexts, ATextThatAScreenReaderEntersIsTheUsers) {
   EXPECT_EQ(form->txt.Text, "entered");
 }
 
+TEST_F(WindowTexts, ATextOfTheProgramIsNotTakenForTheUsers) {
+  form->txt.Text = "first";
+  windows.show_changes();
+  form->txt.Text = "second";
+  turn();
+  EXPECT_EQ(form->txt.Text, "second");
+}
+
 TEST_F(WindowTexts, AProgramsTextDoesntOvertakeTheUsersTyping) {
   line("txt").setText("");
   form->txt.Text = "";
