@@ -194,8 +194,9 @@ struct Replacing {
       if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
         asked = box->text() + " " + box->informativeText();
         for (QAbstractButton* each : box->buttons()) {
-          if (each->text().remove('&') == button) each->click();
+          if (each->text().remove('&') == button) return each->click();
         }
+        box->reject();
       } else if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
                  dialog && !asked.isEmpty()) {
         dialog->reject();
