@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <utility>
 
 #include "shell/ending.h"
 
@@ -11,9 +12,9 @@ SignalWatch::SignalWatch(varzelin::Program& program, const forms::EndSignals& en
     : notifier_(end_signals.descriptor(), QSocketNotifier::Read) {
   varzelin::end_on(program, end_signals);
   // Comes again as long as Qt gets turns, so for a dialog behind the dialog, too.
-  QObject::connect(&notifier_, &QSocketNotifier::activated, [&program] {
+  QObject::connect(&notifier_, &QSocketNotifier::activated, [this, &program] {
     if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) dialog->reject();
-    program.runtime.post([] {});
+    if (!std::exchange(posted_, true)) program.runtime.post([this] { posted_ = false; });
   });
 }
 

@@ -16,6 +16,7 @@ class SignalWatch {
 
  private:
   QSocketNotifier notifier_;
+  bool posted_ = false;  // an event that only ends a wait
 };
 
 }  // namespace window
