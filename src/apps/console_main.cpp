@@ -127,5 +127,7 @@ int main(int count, char** words) {
     return run(options);
   } catch (const std::exception& error) {
     return fail(could_not_start, error.what());
+  } catch (...) {
+    return fail(could_not_start, "an unknown error");
   }
 }

@@ -3,8 +3,10 @@
 #include "window/desktop.h"
 
 int main(int count, char** words) {
-  forms::SystemClock clock;
-  boards::UsbBoard board;
-  return window::run({words, static_cast<std::size_t>(count)},
-                     {.clock = clock, .driver = board, .library = boards::UsbBoard::library()});
+  return window::guarded(words[0], [&] {
+    forms::SystemClock clock;
+    boards::UsbBoard board;
+    return window::run({words, static_cast<std::size_t>(count)},
+                       {.clock = clock, .driver = board, .library = boards::UsbBoard::library()});
+  });
 }

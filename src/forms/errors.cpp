@@ -1,5 +1,7 @@
 #include "forms/errors.h"
 
+#include <new>
+
 namespace forms {
 
 std::string error_text(int number) {
@@ -10,10 +12,14 @@ std::string error_text(int number) {
       return "Overflow";
     case subscript_out_of_range:
       return "Subscript out of range";
+    case out_of_memory:
+      return "Out of memory";
     case division_by_zero:
       return "Division by zero";
     case type_mismatch:
       return "Type mismatch";
+    case internal_error:
+      return "Internal error";
     case bad_file_name_or_number:
       return "Bad file name or number";
     case file_not_found:
@@ -43,6 +49,11 @@ std::string error_text(int number) {
     default:
       return "Application-defined or object-defined error";
   }
+}
+
+RunTimeError as_run_time_error(const std::exception& exception) {
+  if (dynamic_cast<const std::bad_alloc*>(&exception)) return {out_of_memory, error_text(out_of_memory)};
+  return {internal_error, error_text(internal_error) + " (" + exception.what() + ")"};
 }
 
 void raise_error(int number) {

@@ -1,6 +1,7 @@
 // The two things that a handler can throw, and the helper for handlers that go on after an error.
 #pragma once
 
+#include <exception>
 #include <string>
 #include <utility>
 
@@ -10,9 +11,11 @@ namespace forms {
 enum ErrorNumber : int {
   invalid_procedure_call = 5,
   overflow = 6,
+  out_of_memory = 7,
   subscript_out_of_range = 9,
   division_by_zero = 11,
   type_mismatch = 13,
+  internal_error = 51,
   bad_file_name_or_number = 52,
   file_not_found = 53,
   bad_file_mode = 54,
@@ -26,6 +29,7 @@ enum ErrorNumber : int {
   path_not_found = 76,
   no_such_element = 340,
   invalid_property_value = 380,
+  input_too_large = 513,  // the application's own: a file or a line beyond what files.h takes
 };
 
 // A run-time error. Handlers catch it only at their named error branches; anything else reaches the
@@ -41,6 +45,10 @@ struct EndProgram {};
 // The platform's words for an error number, e.g. 6 -> "Overflow". A number that isn't listed above has
 // the platform's words for an error of the application's own.
 std::string error_text(int number);
+
+// What is reported for an exception that no handler was to throw: out_of_memory, or internal_error and its
+// words.
+RunTimeError as_run_time_error(const std::exception& exception);
 
 // Throws RunTimeError with the platform's words.
 [[noreturn]] void raise_error(int number);

@@ -43,6 +43,10 @@ int open_flags(Files::Mode mode) {
   return always | (mode == Files::Mode::Input ? O_RDONLY : O_WRONLY | O_CREAT | O_APPEND);
 }
 
+[[noreturn]] void raise_too_large(const char* what) {
+  throw RunTimeError{input_too_large, what};
+}
+
 // Opens a plain file and nothing else.
 Descriptor open_plain_file(const std::string& path, Files::Mode mode) {
   struct stat info;
@@ -86,6 +90,10 @@ struct Files::OpenFile {
     }
   }
 
+  static void check_size(std::size_t size) {
+    if (size > largest_input) raise_too_large("The file is larger than 64 MiB");
+  }
+
   bool is_same_file(const OpenFile& other) const {
     return identity.st_dev == other.identity.st_dev && identity.st_ino == other.identity.st_ino;
   }
@@ -101,6 +109,8 @@ struct Files::OpenFile {
     } while (count < 0 && errno == EINTR);
     buffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     if (count < 0) raise_system_error(errno);
+    taken += buffer.size();
+    check_size(taken);
     return count > 0;
   }
 
@@ -131,6 +141,7 @@ struct Files::OpenFile {
       const auto begin = buffer.begin() + static_cast<std::ptrdiff_t>(position);
       const auto stop = std::find_if(begin, buffer.end(), stops);
       text.append(begin, stop);
+      if (text.size() > longest_line) raise_too_large("A line of the file is longer than 1 MiB");
       position = static_cast<std::size_t>(stop - buffer.begin());
       if (stop != buffer.end()) break;
     }
@@ -157,6 +168,7 @@ struct Files::OpenFile {
   bool told = false;         // where its earlier content is
   std::string buffer;        // read and not yet taken, or printed and not yet written
   std::size_t position = 0;  // reading: the next character in the buffer
+  std::size_t taken = 0;     // reading: so much of the file, which may be one that grows
 };
 
 Files::Files() = default;
@@ -185,6 +197,7 @@ void Files::Open(std::string_view path_text, Mode mode, int number) {
     if (file->is_same_file(*other)) raise_error(file_already_open);
   // Begun anew only now, so that a file that is open already keeps what it has.
   if (mode == Mode::Output) file->begin_anew();
+  if (mode == Mode::Input) OpenFile::check_size(static_cast<std::size_t>(file->identity.st_size));
   open_.emplace(number, std::move(file));
 }
 

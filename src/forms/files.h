@@ -15,6 +15,11 @@
 
 namespace forms {
 
+// The longest line or item that is read, and the largest file, in bytes: what no one writes by hand or by
+// this program must not take all memory. Beyond, reading raises input_too_large, whose text says which it is.
+inline constexpr std::size_t longest_line = 1024 * 1024;
+inline constexpr std::size_t largest_input = 64 * 1024 * 1024;
+
 class Files {
  public:
   enum class Mode { Input, Output, Append };
@@ -35,8 +40,9 @@ class Files {
   // path), file_already_open (this number is in use, or this file is open under another, by whatever
   // path; the file is left as it is), file_not_found (input of a missing file), path_not_found (missing
   // folder), permission_denied, path_file_access_error (a directory, or anything else that isn't a
-  // plain file: never opened, so that nothing hangs on a FIFO or a device), too_many_files, disk_full;
-  // and permission_denied where two programs overwrite a file whose folder takes no other one.
+  // plain file: never opened, so that nothing hangs on a FIFO or a device), too_many_files, disk_full,
+  // input_too_large; and permission_denied where two programs overwrite a file whose folder takes no other
+  // one.
   void Open(std::string_view path, Mode mode, int number);
   // Closing a number that isn't open does nothing. What was printed reaches the file at the latest
   // here: raises disk_full or device_io_error when it can't, and the file is closed all the same. What was

@@ -125,7 +125,8 @@ class Runtime {
 
   // False, and the event is gone, when as many wait as may.
   bool post(std::function<void()> event);
-  // Runs an event's handler with the default error report around it. EndProgram passes through.
+  // Runs an event's handler with the default error report around it, for what the standard library throws,
+  // too. EndProgram passes through.
   template <class Handler>
   void dispatch(Handler&& handler) {
     const OnStack on_stack(*this);
@@ -133,6 +134,8 @@ class Runtime {
       handler();
     } catch (const RunTimeError& error) {
       front_end_->runtime_error(error);
+    } catch (const std::exception& exception) {
+      front_end_->runtime_error(as_run_time_error(exception));
     }
   }
   int handlers_on_stack() const { return handlers_on_stack_; }

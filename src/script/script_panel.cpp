@@ -82,7 +82,14 @@ void frmScriptOps::ReadScriptFile() {
   cdldialog.ShowOpen();
   if (cdldialog.FileName == "") return;
   Script_Opened = true_flag;
-  forms::resume_next([this] { LoadScriptFile(); });
+  try {
+    LoadScriptFile();
+  } catch (const forms::RunTimeError& error) {
+    // Any error ends the load without a message; of this one nothing in the file tells.
+    if (error.number == forms::input_too_large) {
+      Log_Msg(program, "Script File " + cdldialog.FileTitle + ": " + error.text);
+    }
+  }
   cmdReload2.Enabled = true;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <cstdio>
+#include <exception>
+#include <iostream>
 #include <optional>
 #include <string_view>
 
@@ -49,8 +51,7 @@ int run(std::span<char*> words, const Desktop& desktop) {
   if (const auto exit_code = answer(name.substr(name.rfind('/') + 1), words.subspan(1))) return *exit_code;
   const auto is_set = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
   if (!is_set("DISPLAY") && !is_set("WAYLAND_DISPLAY") && !is_set("QT_QPA_PLATFORM")) {
-    std::fputs("There is no display here. varzelin-als-console is the whole program without windows.\n",
-               stderr);
+    std::cerr << "There is no display here. varzelin-als-console is the whole program without windows.\n";
     return 1;
   }
   char* arguments[] = {name.data(), nullptr};
@@ -70,6 +71,17 @@ int run(std::span<char*> words, const Desktop& desktop) {
   program.runtime.post([&] { varzelin::start(program); });
   program.runtime.run(program.forms);
   return end_signals.first() == 0 ? 0 : 128 + end_signals.first();
+}
+
+int guarded(const char* program_name, const std::function<int()>& program) {
+  try {
+    return program();
+  } catch (const std::exception& error) {
+    std::cerr << program_name << ": " << error.what() << '\n';
+  } catch (...) {
+    std::cerr << program_name << ": an unknown error\n";
+  }
+  return 1;
 }
 
 }  // namespace window

@@ -99,6 +99,39 @@ TEST_F(FilesTest, LongLinesAndEndsAtEveryPlaceOfTheBufferAreWhole) {
   }
 }
 
+TEST_F(FilesTest, ALineIsAtMost1MiB) {
+  const std::string longest(forms::longest_line, 'x');
+  EXPECT_EQ(lines_of(longest + "\nb"), (Texts{longest, "b"}));
+  EXPECT_EQ(items_of('"' + longest + "\",b"), (Texts{longest, "b"}));
+  files.Open(make("long.txt", longest + "x\nb"), Mode::Input, 1);
+  EXPECT_EQ(error_of([&] { files.LineInput(1); }), 513);
+  files.Open(make("item.txt", '"' + longest + "\n\",b"), Mode::Input, 2);
+  EXPECT_EQ(error_of([&] { files.InputItem(2); }), 513);
+}
+
+TEST_F(FilesTest, AFileToReadIsAtMost64MiB) {
+  const std::string sparse = make("sparse.txt", "first\n");
+  fs::resize_file(sparse, forms::largest_input);
+  files.Open(sparse, Mode::Input, 1);
+  EXPECT_EQ(files.LineInput(1), "first");
+  files.Close(1);
+  fs::resize_file(sparse, forms::largest_input + 1);
+  EXPECT_EQ(open_error(sparse, Mode::Input), 513);
+  EXPECT_EQ(open_error(sparse, Mode::Append), 0);
+}
+
+TEST_F(FilesTest, AFileThatGrowsWhileItIsReadStaysBounded) {
+  const std::string line(100'000, 'x');
+  files.Open(make("in.txt", line + '\n'), Mode::Input, 1);
+  std::ofstream more(path("in.txt"), std::ios::app);
+  std::size_t read = 0;
+  const int error = error_of([&] {
+    for (; read <= forms::largest_input; read += files.LineInput(1).size()) more << line << std::endl;
+  });
+  EXPECT_EQ(error, 513);
+  EXPECT_LE(read, forms::largest_input);
+}
+
 TEST_F(FilesTest, ItemsAreSeparatedByCommasAndLineEnds) {
   EXPECT_EQ(items_of("setup\r\n88\r\n40,Command,8C,00\r\n"),
             (Texts{"setup", "88", "40", "Command", "8C", "00"}));

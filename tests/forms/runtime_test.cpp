@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <new>
+#include <stdexcept>
 
 #include "forms/user.h"
 #include "support/forms_program.h"
@@ -77,6 +79,18 @@ TEST_F(FormsRuntime, AnErrorInANestedHandlerLeavesTheOuterOneAlone) {
   runtime.service();
   EXPECT_EQ(user.errors, std::vector<int>{11});
   EXPECT_EQ(notes, Notes{"outer goes on"});
+}
+
+TEST_F(FormsRuntime, WhatTheLibraryThrowsIsReportedAndTheProgramGoesOn) {
+  runtime.post([] { throw std::bad_alloc(); });
+  runtime.post([] { throw std::out_of_range("too far"); });
+  post("goes on");
+  runtime.service();
+  EXPECT_EQ(user.errors, (std::vector<int>{forms::out_of_memory, forms::internal_error}));
+  EXPECT_EQ(notes, Notes{"goes on"});
+  EXPECT_EQ(runtime.handlers_on_stack(), 0);
+  EXPECT_EQ(forms::as_run_time_error(std::bad_alloc()).text, "Out of memory");
+  EXPECT_EQ(forms::as_run_time_error(std::out_of_range("too far")).text, "Internal error (too far)");
 }
 
 TEST_F(FormsRuntime, AnErrorOfADriverNotificationIsReportedToo) {
@@ -169,9 +183,9 @@ TEST_F(FormsRuntime, ALoopWithoutEndFailsItsTestByTheBudgetOfYields) {
   const auto endless = [&] {
     for (;; ++passes) runtime.DoEvents();
   };
-  EXPECT_THROW(runtime.dispatch([&] { forms::resume_next(endless); }), std::runtime_error);
+  EXPECT_THROW(runtime.dispatch([&] { forms::resume_next(endless); }), TestFrontEnd::OutOfYields);
   EXPECT_EQ(passes, 3);
-  EXPECT_THROW(runtime.DoEvents(), std::runtime_error) << "no second run after it either";
+  EXPECT_THROW(runtime.DoEvents(), TestFrontEnd::OutOfYields) << "no second run after it either";
 }
 
 TEST_F(FormsRuntime, EndingPassesAnErrorBranch) {

@@ -3,6 +3,8 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+
 namespace varzelin::testing {
 namespace {
 
@@ -71,6 +73,27 @@ TEST_F(ScriptPanel, AnAddressBeyond16BitsIsAnErrorOfTheLoad) {
   form<frmScriptOps>();
   ASSERT_EQ(user.boxes.size(), 1u);
   EXPECT_EQ(user.boxes[0].text, "Script Load Error Overflow");
+}
+
+TEST_F(ScriptPanel, ALineThatIsTooLongEndsTheLoadAndIsTold) {
+  frmScriptOps& panel = open("40,8C,\n" + std::string(forms::longest_line + 1, ' ') + "\n40,8C,");
+  EXPECT_EQ(mentioned("Script File script.txt: A line of the file is longer than 1 MiB :"), 1u);
+  EXPECT_TRUE(user.errors.empty());
+  EXPECT_TRUE(user.boxes.empty());
+  EXPECT_EQ(text(panel, 1, frmScriptOps::wr_column), "8C");
+}
+
+TEST_F(ScriptPanel, AFileThatIsTooLargeIsTold) {
+  const std::string path = write_file("script.txt", "40,8C,");
+  std::filesystem::resize_file(path, forms::largest_input + 1);
+  frmScriptOps& panel = open_path(path);
+  EXPECT_EQ(mentioned("Script File script.txt: The file is larger than 64 MiB :"), 1u);
+  EXPECT_TRUE(user.errors.empty());
+  click(panel.cmdReload2);
+  EXPECT_EQ(user.errors, std::vector<int>{forms::input_too_large});
+  user.file_answers.push_back(path + ".missing");
+  click(panel.mnuScript_Read);
+  EXPECT_EQ(mentioned("Script File"), 1u);
 }
 
 TEST_F(ScriptPanel, ShowsAScript) {

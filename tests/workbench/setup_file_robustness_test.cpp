@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "support/error_of.h"
 #include "support/setup_file_check.h"
 #include "support/temporary_folder.h"
 
@@ -24,13 +25,13 @@ TEST_F(SetupFileRobustness, EveryFileOfTheCorpusEndsInARunTimeErrorAtMost) {
   EXPECT_GE(files, 8);
 }
 
-TEST_F(SetupFileRobustness, AHundredMegabytesOfItemsAreReadAsFarAsTheRowsGo) {
+TEST_F(SetupFileRobustness, SixtyMegabytesOfItemsAreReadAsFarAsTheRowsGo) {
   const std::string path = folder.make("large.kvt", "t,88\r\n");
   {
     std::ofstream file(path, std::ios::binary | std::ios::app);
     std::string block;
     while (block.size() < 1'000'000) block += "01,some register,AA,55\r\n";
-    for (int i = 0; i < 100; ++i) file << block;
+    for (int i = 0; i < 60; ++i) file << block;
   }
   forms::Files files;
   const int number = open_setup_file(files, path);
@@ -39,18 +40,13 @@ TEST_F(SetupFileRobustness, AHundredMegabytesOfItemsAreReadAsFarAsTheRowsGo) {
   EXPECT_FALSE(files.Eof(number));
 }
 
-TEST_F(SetupFileRobustness, OneEndlessLineIsOneItem) {
-  const std::size_t length = 100'000'000;
+TEST_F(SetupFileRobustness, AnEndlessLineEndsTheReading) {
   const std::string path = folder.make("line.kvt", "t,88,01,");
-  std::filesystem::resize_file(path, length);  // NULs to the end
+  std::filesystem::resize_file(path, 60'000'000);  // NULs to the end
   forms::Files files;
   const int number = open_setup_file(files, path);
   EXPECT_EQ(read_setup_address(files, number), "88");
-  const SetupRow row = read_setup_row(files, number);
-  EXPECT_EQ(row.register_address, "01");
-  EXPECT_EQ(row.description.size(), length - 8);
-  EXPECT_EQ(row.write_value, "");
-  EXPECT_EQ(read_setup_row(files, number).register_address, "");
+  EXPECT_EQ(error_of([&] { read_setup_row(files, number); }), forms::input_too_large);
 }
 
 TEST_F(SetupFileRobustness, ALineWithoutAnEndIsNoAddress) {

@@ -227,6 +227,15 @@ TEST_F(SetupFiles, AGoodFileIsClosedAndCanBeReadAgain) {
 
 // --- saving ---
 
+TEST_F(SetupFiles, AnItemOrAFileThatIsTooLargeIsReported) {
+  read("t,88,\"" + std::string(forms::longest_line + 1, '1') + "\"");
+  EXPECT_EQ(user.errors, std::vector<int>{forms::input_too_large});
+  const std::string path = folder.make("large.kvt", "t,88");
+  std::filesystem::resize_file(path, forms::largest_input + 1);
+  open(path);
+  EXPECT_EQ(user.errors, (std::vector<int>{forms::input_too_large, forms::input_too_large}));
+}
+
 TEST_F(SetupFiles, TheSaveDialogProposesTheProgramsName) {
   save(std::nullopt);
   ASSERT_EQ(user.file_dialogs.size(), 1u);

@@ -16,6 +16,8 @@ constexpr std::string_view answer_mark = " -> ";
 // No call takes so long; a number beyond is no duration.
 constexpr double longest_call_ms = 3'600'000;
 
+constexpr std::size_t longest_line = 1024 * 1024;
+
 [[noreturn]] void fail(std::size_t line, const std::string& why) {
   throw std::runtime_error("line " + std::to_string(line) + " of the recording: " + why);
 }
@@ -48,10 +50,14 @@ bool result_is_good(const std::string& request, Status status, const std::string
 }  // namespace
 
 ReplayingBoard::ReplayingBoard(std::istream& recording, forms::Clock& clock) : clock_(clock) {
-  std::string text;
+  std::vector<char> buffer(longest_line + 1);
   std::size_t number = 0;
-  while (std::getline(recording, text)) {
+  while (recording.getline(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
+         recording.gcount() > 0) {
     ++number;
+    if (recording.fail()) fail(number, "longer than 1 MiB");
+    const auto size = static_cast<std::size_t>(recording.gcount()) - (recording.eof() ? 0 : 1);
+    const std::string text(buffer.data(), size);
     if (number == 1 && text != recording::header)
       fail(number, "\"" + recording::printable(text) + "\" is not the head of one");
     if (number > 1 && !text.empty() && text[0] != '#') parse(text, number);

@@ -182,6 +182,25 @@ TEST(BoardRecording, AProgramThatRejectsTheDeviceDiffers) {
   EXPECT_NE(replay.difference()->expected.find("rejected"), std::string::npos);
 }
 
+TEST(BoardRecording, RefusesALineThatIsLongerThanAny) {
+  const std::string longest(1024 * 1024 - 1, 'x');
+  const std::string begin = "varzelin-board-recording 1\n#";
+  forms::VirtualClock clock;
+  std::istringstream good(begin + longest + "\n#");
+  EXPECT_NO_THROW(ReplayingBoard(good, clock));
+  std::istringstream without_end("varzelin-board-recording 1");
+  EXPECT_NO_THROW(ReplayingBoard(without_end, clock));
+  for (const char* end : {"x\n", "x"}) {
+    std::istringstream bad(begin + longest + end);
+    try {
+      const ReplayingBoard board(bad, clock);
+      ADD_FAILURE() << "taken";
+    } catch (const std::runtime_error& error) {
+      EXPECT_STREQ(error.what(), "line 2 of the recording: longer than 1 MiB");
+    }
+  }
+}
+
 TEST(BoardRecording, RefusesWhatIsNoRecording) {
   forms::VirtualClock clock;
   const std::string good = record().text;
