@@ -1,6 +1,5 @@
 // The console program: commands on standard input, answers on standard output.
 
-#include <csignal>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -109,7 +108,6 @@ int run(const console::Options& options) {
 }  // namespace
 
 int main(int count, char** words) {
-  std::signal(SIGPIPE, SIG_IGN);  // a pipe that nobody reads is an error of the write
   std::ios::sync_with_stdio(false);
   const std::vector<std::string_view> arguments(words + 1, words + count);
   const auto parsed = console::parse_options(arguments);

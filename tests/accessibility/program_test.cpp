@@ -149,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(Models, AccessiblePanel,
 TEST_F(AccessibleProgram, HasThePartsOfItsOtherWindowsToldApart) {
   const Part panel = panel_of("KVT71385");
   for (const char* entry :
-       {"Register Workbench*", "GPIO Panel*", "Bus trace*", "Simulated Bench*", "Interrupt Test*"}) {
+       {"Register Workbench*", "GPIO Panel*", "Bus Trace*", "Simulated Bench*", "Interrupt Test*"}) {
     const std::size_t count = windows().size();
     act(panel, "menu item", entry, "Press");
     ASSERT_TRUE(wait_for([&] { return windows().size() > count; })) << entry;

@@ -63,7 +63,7 @@ struct WindowAccessibility : PanelWindow {
       show(name);
       all.push_back(&window_of(name));
     }
-    entry("frmStartup", "Bus trace")->trigger();
+    entry("frmStartup", "Bus Trace")->trigger();
     turn();
     all.push_back(windows.bus_trace());
     all.push_back(windows.bench());

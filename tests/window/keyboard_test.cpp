@@ -142,7 +142,7 @@ TEST_F(WindowKeyboard, TheTabKeyGoesInReadingOrderThroughWhatCanBeSeen) {
       if (tabs) tabs->setCurrentIndex(page);
       turn();
       settle();
-      expect_reading_order(tab_stops(), *shown.content());
+      expect_reading_order(tab_stops(), *shown.centralWidget());
     }
   }
 }
