@@ -49,7 +49,9 @@ make_system() {
   if [ -d /etc/apt/keyrings ]; then cp -r /etc/apt/keyrings "$root/etc/apt/"; fi
   cp -n /usr/share/keyrings/* "$root/usr/share/keyrings/"
   apt-config dump | grep -E '^Acquire::(http|https|Check-)' > "$root/etc/apt/apt.conf.d/host" || true
-  cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
+  for file in /etc/resolv.conf /etc/hosts; do
+    [ ! -e $file ] || cp -L $file "$root/etc/"  # a minimal system may lack the second
+  done
   in_system useradd visitor
   {
     in_system apt-get -qq update &&
@@ -109,7 +111,7 @@ desktop-file-validate "$share"/applications/*.desktop || fail "the menu entries"
 
 # --- Worked with by an ordinary user, from the menu
 window_of_class() {
-  xwininfo -root -tree | sed -n "s/^ *\(0x[0-9a-f]*\) \"Varzelin .*(\"$1\" .*/\1/p" | sed -n 1p
+  LC_ALL=C.UTF-8 xwininfo -root -tree | sed -n "s/^ *\(0x[0-9a-f]*\) \"Varzelin .*(\"$1\" .*/\1/p" | sed -n 1p
 }
 entries=("$share"/applications/*.desktop)
 [ ${#entries[@]} -eq 2 ] || fail "menu entries: ${entries[*]}"

@@ -15,7 +15,8 @@ ended() {
   local status=0
   QT_QPA_PLATFORM=xcb "$program" &
   local pid=$! whom=$!
-  until xwininfo -root -tree | grep -q 'Varzelin Light Sensor'; do kill -0 $pid; done
+  # The title has a dash that the locale C doesn't know. Read to its end, as a reader that goes early would fail the pipe.
+  until LC_ALL=C.UTF-8 xwininfo -root -tree | grep 'Varzelin Light Sensor' >/dev/null; do kill -0 $pid; done
   [ "$2" != KILL ] || whom=$server
   kill -s "$2" $whom
   wait $pid || status=$?
