@@ -35,7 +35,7 @@ double luminance(const QColor& color) {
   return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
 }
 double contrast(const QColor& one, const QColor& other) {
-  const auto [less, more] = std::minmax(luminance(one), luminance(other));
+  const auto [less, more] = std::minmax({luminance(one), luminance(other)});
   return (more + 0.05) / (less + 0.05);
 }
 
