@@ -16,7 +16,7 @@ void make_room(forms::TextProperty& log, std::size_t wanted) {
   constexpr std::string_view entry_end = "\r\n\r\n";
   const std::size_t end = log.get().find(entry_end, dropped_block);
   const std::size_t kept = end == std::string::npos ? log.get().size() : end + entry_end.size();
-  log.replace_front(kept, "Older entries are gone: the log holds 64 MB.\r\n\r\n");
+  log.replace_front(kept, "Older entries are gone: the log holds 64 MiB.\r\n\r\n");
 }
 
 forms::TextBox& log_box(Program& program) {

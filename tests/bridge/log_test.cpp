@@ -9,7 +9,7 @@ namespace varzelin::testing {
 namespace {
 
 struct BridgeLogBound : ::testing::Test, TestProgram {
-  static constexpr std::string_view notice = "Older entries are gone: the log holds 64 MB.\r\n\r\n";
+  static constexpr std::string_view notice = "Older entries are gone: the log holds 64 MiB.\r\n\r\n";
   const std::string last = "last :11-25-2008 14:03:07\r\n\r\n";
 
   // Numbered entries, so many bytes in all.

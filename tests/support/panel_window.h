@@ -123,6 +123,18 @@ struct PanelWindow : WindowOfProgram {
       EXPECT_TRUE(is != now.end() && is->second == place) << name.toStdString();
     }
   }
+  // From short to full, back, and to full again.
+  void expect_turns_back_and_forth() {
+    const auto compact = places();
+    turn_layout();
+    const auto full = places();
+    EXPECT_GT(full.size(), compact.size());
+    EXPECT_EQ(full.at("Picture1"), compact.at("Picture1"));
+    turn_layout();
+    expect_same(compact);
+    turn_layout();
+    expect_same(full);
+  }
 };
 
 }  // namespace varzelin::testing

@@ -5,7 +5,6 @@
 #include <QMetaEnum>
 #include <QRadioButton>
 #include <QRegularExpression>
-#include <QScrollArea>
 #include <QTableWidget>
 #include <map>
 #include <set>
@@ -112,8 +111,7 @@ TEST_F(WindowAccessibility, WhatTakesTheFocusHasARole) {
   for (QWidget* window : all_windows()) {
     each_part(tree_of(*window), [&](QAccessibleInterface& part) {
       auto* widget = qobject_cast<QWidget*>(part.object());
-      const bool only_scrolls = qobject_cast<QScrollArea*>(widget);
-      if (!widget || only_scrolls || widget->focusProxy() || widget->focusPolicy() == Qt::NoFocus) return;
+      if (!widget || widget->focusProxy() || widget->focusPolicy() == Qt::NoFocus) return;
       EXPECT_NE(role_of(part), "Client")
           << window->objectName().toStdString() << " " << widget->objectName().toStdString();
     });

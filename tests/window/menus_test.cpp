@@ -40,12 +40,19 @@ struct WindowMenus : KeyboardWindow {
     }
     return nullptr;
   }
+  // What nothing has stopped would hold the test for ever.
+  void end_what_goes_on() {
+    ADD_FAILURE() << "goes on";
+    program.store.Sample_Run = 0;
+    program.store.AbortRequested = true_flag;
+  }
   // What the user does once so many readings are there.
   void collect(int readings, const std::function<void()>& user) {
     program.store.Sample_Count = 0;
     QTimer timer;
     bool done = false;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+      if (program.store.Sample_Count > readings + 200) end_what_goes_on();
       if (done || program.store.Sample_Count < readings) return;
       done = true;
       user();
@@ -106,6 +113,7 @@ TEST_F(WindowMenus, StopEndsTimedSamplingAndAScript) {
   QTimer user;
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
     if (program.store.Sample_Count > 30) in_menu("Program", "Stop")->trigger();
+    if (program.store.Sample_Count > 300) end_what_goes_on();
   });
   user.start(0);
   click(panel, "cmdSample");
@@ -121,6 +129,7 @@ TEST_F(WindowMenus, StopEndsTimedSamplingAndAScript) {
   user.disconnect();
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
     if (forms::Val(script.txtLoopCount.Text) >= 3) in_menu("Program", "Stop")->trigger();
+    if (forms::Val(script.txtLoopCount.Text) >= 300) end_what_goes_on();
   });
   user.start(0);
   click("frmScriptOps", "cmdRunContinuous");
@@ -136,6 +145,9 @@ TEST_F(WindowMenus, StopEndsTheInterruptTest) {
   int turns = 0;
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
     if (++turns == 20) press_stop();
+    if (turns != 2000) return;
+    end_what_goes_on();
+    forms::user::click(*program.forms.loaded("frm71385INTR")->find("cmdAbort1"));
   });
   user.start(0);
   program.runtime.post(

@@ -85,15 +85,7 @@ TEST_P(TwoModeWindow, NothingIsCutOffOrCoversAnother) {
 }
 
 TEST_P(TwoModeWindow, TurningTheLayoutTwiceBringsEverythingBack) {
-  const auto compact = places();
-  turn_layout();
-  const auto full = places();
-  EXPECT_GT(full.size(), compact.size());
-  EXPECT_EQ(full.at("Picture1"), compact.at("Picture1"));
-  turn_layout();
-  expect_same(compact);
-  turn_layout();
-  expect_same(full);
+  expect_turns_back_and_forth();
 }
 
 TEST_P(TwoModeWindow, NothingMovesWhenControlsComeAndGo) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "boards/recording/recording_format.h"
+#include "forms/files.h"
 
 namespace boards {
 namespace {
@@ -15,8 +16,6 @@ namespace {
 constexpr std::string_view answer_mark = " -> ";
 // No call takes so long; a number beyond is no duration.
 constexpr double longest_call_ms = 3'600'000;
-
-constexpr std::size_t longest_line = 1024 * 1024;
 
 [[noreturn]] void fail(std::size_t line, const std::string& why) {
   throw std::runtime_error("line " + std::to_string(line) + " of the recording: " + why);
@@ -50,7 +49,7 @@ bool result_is_good(const std::string& request, Status status, const std::string
 }  // namespace
 
 ReplayingBoard::ReplayingBoard(std::istream& recording, forms::Clock& clock) : clock_(clock) {
-  std::vector<char> buffer(longest_line + 1);
+  std::vector<char> buffer(forms::longest_line + 1);
   std::size_t number = 0;
   while (recording.getline(buffer.data(), static_cast<std::streamsize>(buffer.size())) ||
          recording.gcount() > 0) {
