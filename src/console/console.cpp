@@ -159,7 +159,7 @@ void Console::sleep(forms::Clock& clock, Duration time) {
 
 void Console::serve_line(std::optional<Duration> limit) {
   std::string line;
-  bool whole = true;
+  std::string_view fault;
   for (;;) {
     switch (lines_.next(line, limit)) {
       case LineSource::Result::NotYet:
@@ -168,7 +168,10 @@ void Console::serve_line(std::optional<Duration> limit) {
       case LineSource::Result::End:
         end_of_lines();
       case LineSource::Result::HalfLine:
-        whole = false;
+        fault = "no end of line";
+        break;
+      case LineSource::Result::TooLong:
+        fault = "longer than 1 MiB";
         break;
       case LineSource::Result::Line:
         break;
@@ -177,7 +180,7 @@ void Console::serve_line(std::optional<Duration> limit) {
     const bool blank = line.find_first_not_of(" \t") == std::string::npos;
     if (!blank && line.front() != '#') break;
   }
-  whole ? execute(line) : answer("error no end of line: " + one_line(line));
+  fault.empty() ? execute(line) : answer("error " + std::string(fault) + ": " + one_line(line));
 }
 
 void Console::execute(const std::string& line) {

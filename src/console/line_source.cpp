@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace console {
 
 LineSource::Result StreamLines::next(std::string& line, std::optional<std::chrono::nanoseconds>) {
   if (!std::getline(in_, line)) return Result::End;
-  return in_.eof() ? Result::HalfLine : Result::Line;
+  if (in_.eof()) return Result::HalfLine;
+  return line.size() > longest_line ? Result::TooLong : Result::Line;
 }
 
 LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::chrono::nanoseconds> limit) {
@@ -20,13 +22,16 @@ LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::c
     if (!readable(limit)) return Result::NotYet;
     receive();
   }
-  return Result::Line;
+  return std::exchange(cut_, false) || line.size() > longest_line ? Result::TooLong : Result::Line;
 }
 
 bool DescriptorLines::take_line(std::string& line) {
   const std::size_t line_end = buffer_.find('\n', searched_);
   searched_ = buffer_.size();
-  if (line_end == std::string::npos) return false;
+  if (line_end == std::string::npos) {
+    cut_long_line();
+    return false;
+  }
   line.assign(buffer_, begin_, line_end - begin_);
   begin_ = searched_ = line_end + 1;
   if (begin_ == buffer_.size()) {
@@ -34,6 +39,13 @@ bool DescriptorLines::take_line(std::string& line) {
     begin_ = searched_ = 0;
   }
   return true;
+}
+
+void DescriptorLines::cut_long_line() {
+  if (buffer_.size() - begin_ <= longest_line) return;
+  buffer_.resize(begin_ + longest_line);
+  searched_ = buffer_.size();
+  cut_ = true;
 }
 
 bool DescriptorLines::take_half_line(std::string& line) {

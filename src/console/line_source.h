@@ -8,10 +8,13 @@
 
 namespace console {
 
+inline constexpr std::size_t longest_line = 1024 * 1024;  // in bytes, without its end
+
 class LineSource {
  public:
   enum class Result {
     Line,
+    TooLong,   // longer than longest_line: its beginning, the rest is passed over
     HalfLine,  // what stands behind the last line end: perhaps not all that was meant
     NotYet,
     End
@@ -42,6 +45,7 @@ class DescriptorLines final : public LineSource {
  private:
   bool take_line(std::string& line);
   bool take_half_line(std::string& line);
+  void cut_long_line();
   bool readable(std::optional<std::chrono::nanoseconds> limit) const;
   void receive();
 
@@ -50,6 +54,7 @@ class DescriptorLines final : public LineSource {
   std::string buffer_;
   std::size_t searched_ = 0;  // no line end before this place of the buffer
   std::size_t begin_ = 0;     // what lies before was taken
+  bool cut_ = false;          // of the line that begins there only the beginning is kept
   bool end_ = false;
 };
 

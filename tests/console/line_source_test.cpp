@@ -78,6 +78,45 @@ TEST(ConsoleLineSource, BehindALineEndIsNoHalfLine) {
   EXPECT_EQ(stream.next(line, std::nullopt), Result::End);
 }
 
+void expect_only_the_first_line_is_too_long(LineSource& lines) {
+  std::string line;
+  EXPECT_EQ(lines.next(line, std::nullopt), Result::TooLong);
+  EXPECT_EQ(line.substr(0, 8), "get xxxx");
+  EXPECT_EQ(lines.next(line, std::nullopt), Result::Line);
+  EXPECT_EQ(line.size(), console::longest_line);
+  EXPECT_EQ(lines.next(line, std::nullopt), Result::Line);
+  EXPECT_EQ(line, "clock");
+}
+
+// By one byte, and by more than is read at once.
+TEST(ConsoleLineSource, ALineOfMoreThanOneMiBIsToldAndPassedOver) {
+  for (const std::size_t length : {console::longest_line + 1, 3 * console::longest_line}) {
+    const std::string text =
+        "get " + std::string(length - 4, 'x') + "\n" + std::string(console::longest_line, 'y') + "\nclock\n";
+    std::istringstream stream_text(text);
+    console::StreamLines stream(stream_text);
+    expect_only_the_first_line_is_too_long(stream);
+    Pipe pipe;
+    std::thread writer([&] { pipe.write(text); });
+    console::DescriptorLines descriptor(pipe.out);
+    expect_only_the_first_line_is_too_long(descriptor);
+    writer.join();
+  }
+}
+
+TEST(ConsoleLineSource, OfALineWithoutEndOnlyOneMiBIsKept) {
+  Pipe pipe;
+  std::thread writer([&] {
+    pipe.write(std::string(5 * console::longest_line, 'x'));
+    pipe.close_in();
+  });
+  console::DescriptorLines lines(pipe.out);
+  std::string line;
+  EXPECT_EQ(lines.next(line, std::nullopt), Result::HalfLine);
+  EXPECT_EQ(line.size(), console::longest_line);
+  writer.join();
+}
+
 // The writer comes when the reader sleeps.
 TEST(ConsoleLineSource, InputThatIsNotReadyIsWaitedFor) {
   Pipe pipe;
