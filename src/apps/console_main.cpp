@@ -1,6 +1,5 @@
 // The console program: commands on standard input, answers on standard output.
 
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -19,12 +18,13 @@
 #include "console/options.h"
 #include "forms/end_signals.h"
 #include "shell/application.h"
+#include "shell/ending.h"
 
 namespace {
 
 constexpr const char* program_name = "varzelin-als-console";
 
-enum ExitStatus { success = 0, could_not_start = 1, bad_arguments = 2, recording_failed = 3 };
+enum ExitStatus { success = 0, bad_arguments = 2, recording_failed = 3 };
 
 ExitStatus fail(ExitStatus status, std::string_view why) {
   std::cerr << program_name << ": " << why << '\n';
@@ -121,11 +121,5 @@ int main(int count, char** words) {
     std::cout << program_name << ' ' << varzelin::application_version << '\n';
     return success;
   }
-  try {
-    return run(options);
-  } catch (const std::exception& error) {
-    return fail(could_not_start, error.what());
-  } catch (...) {
-    return fail(could_not_start, "an unknown error");
-  }
+  return varzelin::status_of(program_name, [&] { return run(options); });
 }

@@ -1,6 +1,8 @@
 #include "shell/ending.h"
 
 #include <cstdlib>
+#include <exception>
+#include <iostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,6 +51,18 @@ void end_on(Program& program, const forms::EndSignals& end_signals) {
     poll();
     if (end_signals.first() != 0 && !std::exchange(ending, true)) close_and_end(program);
   };
+}
+
+int status_of(const char* program_name, const std::function<int()>& program) {
+  constexpr int failed = 1;
+  try {
+    return program();
+  } catch (const std::exception& error) {
+    std::cerr << program_name << ": " << error.what() << '\n';
+  } catch (...) {
+    std::cerr << program_name << ": an unknown error\n";
+  }
+  return failed;
 }
 
 }  // namespace varzelin

@@ -1,6 +1,8 @@
 // The end of a program that its user didn't ask for in a window.
 #pragma once
 
+#include <functional>
+
 #include "bridge/program.h"
 #include "forms/end_signals.h"
 
@@ -23,5 +25,8 @@ class SessionGuard {
   SessionGuard(const SessionGuard&) = delete;
   SessionGuard& operator=(const SessionGuard&) = delete;
 };
+
+// The exit status that the program gives. What it throws is told on standard error, and the status is 1.
+int status_of(const char* program_name, const std::function<int()>& program);
 
 }  // namespace varzelin

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <cstdio>
-#include <exception>
 #include <iostream>
 #include <optional>
 #include <string_view>
@@ -71,17 +70,6 @@ int run(std::span<char*> words, const Desktop& desktop) {
   program.runtime.post([&] { varzelin::start(program); });
   program.runtime.run(program.forms);
   return end_signals.first() == 0 ? 0 : 128 + end_signals.first();
-}
-
-int guarded(const char* program_name, const std::function<int()>& program) {
-  try {
-    return program();
-  } catch (const std::exception& error) {
-    std::cerr << program_name << ": " << error.what() << '\n';
-  } catch (...) {
-    std::cerr << program_name << ": an unknown error\n";
-  }
-  return 1;
 }
 
 }  // namespace window

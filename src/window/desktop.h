@@ -1,7 +1,6 @@
 // A desktop program from its start to its end.
 #pragma once
 
-#include <functional>
 #include <span>
 #include <string>
 
@@ -25,8 +24,5 @@ struct Desktop {
 // program 0, or 128 and the signal that ended it, or at once for "--help", "--version", and words that the
 // program doesn't take.
 int run(std::span<char*> words, const Desktop& desktop);
-
-// Runs the program; what it throws is told on standard error, and the exit code is 1.
-int guarded(const char* program_name, const std::function<int()>& program);
 
 }  // namespace window

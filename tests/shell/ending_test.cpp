@@ -5,11 +5,22 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <new>
 
 #include "support/panel_fixture.h"
 
 namespace varzelin::testing {
 namespace {
+
+struct Unknown {};
+
+TEST(StatusOf, WhatAProgramThrowsIsToldAndItsStatusIsOne) {
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(status_of("program", [] { return 7; }), 7);
+  EXPECT_EQ(status_of("program", []() -> int { throw std::bad_alloc(); }), 1);
+  EXPECT_EQ(status_of("program", []() -> int { throw Unknown{}; }), 1);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "program: std::bad_alloc\nprogram: an unknown error\n");
+}
 
 struct EndBySignal : ::testing::Test, TestProgram {
   const forms::EndSignals signals;
