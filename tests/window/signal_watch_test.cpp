@@ -5,7 +5,9 @@
 #include <QMessageBox>
 #include <QTimer>
 #include <csignal>
+#include <optional>
 
+#include "panels/single_channel/kvt71346.h"
 #include "support/window_of_program.h"
 
 namespace varzelin::testing {
@@ -20,6 +22,23 @@ TEST_F(SignalWatchTest, AnIdleProgramEnds) {
   QTimer::singleShot(0, [] { std::raise(SIGTERM); });
   program.runtime.run(program.forms);
   EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(SignalWatchTest, ACollectionWithALongIntervalEndsAtOnce) {
+  choose_model(0);
+  program.forms.touch<frmKVT71346>().txtInterval.Text = "20000";
+  std::optional<std::int64_t> raised;
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, &user, [&] {
+    if (program.store.Sample_Count < 2 || raised) return;
+    raised = program.runtime.timeGetTime();
+    std::raise(SIGHUP);
+  });
+  user.start(0);
+  click("frmKVT71346", "cmdCollectData");
+  EXPECT_TRUE(turn_ends());
+  ASSERT_TRUE(raised);
+  EXPECT_LT(program.runtime.timeGetTime() - *raised, 100);
 }
 
 // Cancels a dialog that is still open after some of Qt's turns.
