@@ -41,6 +41,10 @@ class SampleForm final : public forms::Form {
   void Form_QueryUnload(bool& Cancel, int) override { Cancel = refuses_unload; }
   int activations = 0;
   void Form_Activate() override { ++activations; }
+  std::function<void()> on_resize;
+  void Form_Resize() override {
+    if (on_resize) on_resize();
+  }
 
   forms::Menu mnuFile{*this, "mnuFile", {.Caption = "File"}};
   forms::Menu mnuOpen{*this, "mnuOpen", {.Caption = "Open", .Container = &mnuFile}};

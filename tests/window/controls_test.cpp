@@ -53,6 +53,19 @@ struct WindowControls : WindowProgram {
   }
 };
 
+TEST_F(WindowControls, AFormThatIsClosedWhileItTakesItsNewSizeStaysUntilItHasDoneSo) {
+  bool stays = false;
+  form->on_resize = [&] {
+    program.runtime.post([this] { program.forms.unload(SampleForm::form_name); });
+    program.runtime.DoEvents();
+    EXPECT_FALSE(program.forms.loaded(SampleForm::form_name));
+    stays = program.runtime.is_kept(*form);
+  };
+  window_of(SampleForm::form_name).resize(700, 500);
+  turn();
+  EXPECT_TRUE(stays);
+}
+
 TEST_F(WindowControls, EveryControlHasItsWidget) {
   for (const forms::Control* control : form->controls()) {
     if (control->kind() == forms::Kind::Timer || control->kind() == forms::Kind::CommonDialog) continue;
