@@ -303,6 +303,8 @@ std::vector<std::string> check_console_session(std::string_view bytes) {
   for (std::string line; std::getline(written, line);) {
     const bool answer = line == "ok" || line.starts_with("ok ") || line.starts_with("error ");
     if (!answer && !line.starts_with("* ")) broken(lines.told(), "a line is an answer or a note: " + line);
+    if (line.starts_with("* runtime-error {\"number\":51,"))
+      broken(lines.told(), "no handler fails inside: " + line);
     if (answer) ++answers;
   }
   if (answers != lines.told().size()) broken(lines.told(), "every line is answered once");
