@@ -65,6 +65,7 @@ struct Bench : testing::TestProgram {
   }
 
   void run() {
+    user.yields_left = testing::TestFrontEnd().yields_left;  // of each run its own
     click(panel->cmdExecAll);
     expect(user.errors.empty(), "no script reaches the default error report");
     expect(store.Usb_Open == 0, "a pass closes its session");

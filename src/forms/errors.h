@@ -1,7 +1,9 @@
 // The two things that a handler can throw, and the helper for handlers that go on after an error.
 #pragma once
 
+#include <concepts>
 #include <exception>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -52,6 +54,15 @@ RunTimeError as_run_time_error(const std::exception& exception);
 
 // Throws RunTimeError with the platform's words.
 [[noreturn]] void raise_error(int number);
+
+// An element of an array by the platform's rules: beyond its ends subscript_out_of_range is raised.
+template <class Array>
+auto& element(Array& array, std::integral auto index) {
+  if (std::cmp_less(index, 0) || std::cmp_greater_equal(index, std::size(array))) {
+    raise_error(subscript_out_of_range);
+  }
+  return array[static_cast<std::size_t>(index)];
+}
 
 // Runs one statement and swallows a run-time error of it: the next statement follows either way.
 // True when the statement ran through.

@@ -35,7 +35,7 @@ void frmStartup::OptRev_Click(int Index) {
 void frmStartup::cboDeviceSelect_Click() {
   const std::int32_t index = cboDeviceSelect.ListIndex;
   if (index < 0) return;
-  const ModelRow& row = model_list.at(static_cast<std::size_t>(index));
+  const ModelRow& row = forms::element(model_list, index);
   program.driver.model_chosen(row.text);
   Hide();
   program.forms.touch(log_form_name).Hide();

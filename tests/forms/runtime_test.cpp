@@ -93,6 +93,17 @@ TEST_F(FormsRuntime, WhatTheLibraryThrowsIsReportedAndTheProgramGoesOn) {
   EXPECT_EQ(forms::as_run_time_error(std::out_of_range("too far")).text, "Internal error (too far)");
 }
 
+TEST_F(FormsRuntime, AnElementThatAnArrayDoesNotHaveIsAnError) {
+  std::array values{10, 20, 30};
+  forms::element(values, 2) = 31;
+  EXPECT_EQ(values, (std::array{10, 20, 31}));
+  EXPECT_EQ(forms::element(values, 0), 10);
+  runtime.post([&] { forms::element(values, -1) = 0; });
+  runtime.post([&] { forms::element(values, std::size_t{3}) = 0; });
+  runtime.service();
+  EXPECT_EQ(user.errors, (std::vector<int>{forms::subscript_out_of_range, forms::subscript_out_of_range}));
+}
+
 TEST_F(FormsRuntime, AnErrorOfADriverNotificationIsReportedToo) {
   bool fails = true;
   runtime.poll = [&] {

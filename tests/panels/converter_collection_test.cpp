@@ -309,6 +309,14 @@ TEST_P(ConverterCollection, AFailedTransferAlsoEndsWithTheSensorAtRest) {
   expect_ended();
 }
 
+// From outside any range can be set, and the scale in lux takes it.
+TEST_P(ConverterCollection, ARangeThatThereIsNotIsAnErrorAsThePlatformTellsIt) {
+  store.LuxMode = -1;
+  store.RangeIndex = 1000;
+  click(panel->OptITime(1));
+  EXPECT_EQ(user.errors, std::vector<int>{forms::subscript_out_of_range});
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, ConverterCollection,
                          ::testing::Values("frmKVT71385", "frmKVT71388", "frmKVT71390", "frmKVT71392"),
                          panel_name);

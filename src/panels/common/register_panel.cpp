@@ -36,7 +36,7 @@ void RegisterPanel::cmdRead_All_Click() {
 // --- image and boxes ---
 
 void RegisterPanel::set_field(const registers::Field& field, int value) {
-  std::uint8_t& byte = store.RegImage.at(field.register_number);
+  std::uint8_t& byte = forms::element(store.RegImage, field.register_number);
   byte = field.in(byte, value);
   show_register(field.register_number);
 }
@@ -62,7 +62,7 @@ void RegisterPanel::write_register(int register_number) {
   DoEvents(write.yields_before);
   connect_by_rule();
   const std::uint8_t value = byte_of_box(register_number);
-  store.RegImage.at(register_number) = value;
+  forms::element(store.RegImage, register_number) = value;
   register_write(register_number, value);
   flip_lamp(write_lamp(register_number));
   if (write.disconnect == RegisterWrite::Disconnect::before_read_back) disconnect_by_rule();

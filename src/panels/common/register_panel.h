@@ -48,9 +48,7 @@ class RegisterPanel : public SensorPanel {
   // A field of the image, and the register's box.
   void set_field(const registers::Field& field, int value);
   int field(const registers::Field& field) const { return field.of(image(field.register_number)); }
-  std::uint8_t image(int register_number) const {
-    return store.RegImage.at(static_cast<std::size_t>(register_number));
-  }
+  std::uint8_t image(int register_number) const { return forms::element(store.RegImage, register_number); }
   void show_register(int register_number);
 
   // What an option handler ends with: the pending flags while a loop runs, else the writes in this order.

@@ -17,7 +17,7 @@ const ConverterPanel::Operation& ConverterPanel::operation_of(int position) {
        {.code = 7, .frame_caption = "Prox Continuous", .proximity = true},
        {.code = 3, .frame_caption = "Prox-IR Continuous", .pair = true},
        {.code = 3, .frame_caption = "Prox-IR ADJ Continuous", .pair = true, .filtered = true}}};
-  return operations.at(static_cast<std::size_t>(position));
+  return forms::element(operations, position);
 }
 
 void ConverterPanel::choose_measurement(int position) {
@@ -75,8 +75,7 @@ void ConverterPanel::scale_right_side() {
 void ConverterPanel::OptGain_Click(int Index) {
   set_field(converter_.fields->range, Index);
   store.GainIndex = store.RangeIndex = static_cast<std::int16_t>(Index);
-  store.GainMultiplier =
-      static_cast<std::int16_t>(converter_.gain_multipliers.at(static_cast<std::size_t>(Index)));
+  store.GainMultiplier = static_cast<std::int16_t>(forms::element(converter_.gain_multipliers, Index));
   lblKfactor.Caption = std::to_string(store.GainMultiplier);
   commit({.pending = {&Store::PendingWriteR1, &Store::PendingWriteR0}, .registers = {1, 0}});
   scale_by_range();
@@ -87,15 +86,13 @@ void ConverterPanel::OptGain_Click(int Index) {
 // --- the emitter ---
 
 void ConverterPanel::OptPSrc_Click(int Index) {
-  set_field(converter_.fields->current,
-            converter_.fields->current_values.at(static_cast<std::size_t>(Index)));
+  set_field(converter_.fields->current, forms::element(converter_.fields->current_values, Index));
   store.IrdrIndex = static_cast<std::int16_t>(Index);
   commit({.pending = {&Store::PendingWriteR1, &Store::PendingWriteR0}, .registers = {1, 0}});
 }
 
 void ConverterPanel::OptMFreq_Click(int Index) {
-  set_field(converter_.fields->modulation,
-            converter_.fields->modulation_values.at(static_cast<std::size_t>(Index)));
+  set_field(converter_.fields->modulation, forms::element(converter_.fields->modulation_values, Index));
   commit({.pending = {&Store::PendingWriteR1, &Store::PendingWriteR0}, .registers = {1, 0}});
 }
 

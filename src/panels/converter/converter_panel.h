@@ -68,7 +68,7 @@ class ConverterPanel : public RegisterPanel {
   // SampleDelayMs, and the interval that goes with it.
   void show_sample_delay();
   std::int32_t selected_range() const {  // full scale, lux
-    return store.RangeLux.at(static_cast<std::size_t>(store.RangeIndex));
+    return forms::element(store.RangeLux, store.RangeIndex);
   }
   double range_lux() const;  // the same, as the resistor has it
   // Scale_Max from its box, and the labels at the right in tenths of it.

@@ -133,7 +133,7 @@ void MultiFunctionPanel::OptIRMode_Click(int Index) {
 // --- width and range ---
 
 void MultiFunctionPanel::OptITime_Click(int Index) {
-  const Width& width = widths.at(static_cast<std::size_t>(Index));
+  const Width& width = forms::element(widths, Index);
   set_field(converter_.fields->width, Index);
   store.AdcBits = static_cast<std::int16_t>(width.bits);
   store.FullCount = width.full_count;

@@ -50,7 +50,7 @@ MultiFunctionPanel::MultiFunctionPanel(Program& owner, const MultiFunctionModel&
   if (model_.has_cover) cover.emplace(program, *this);
   if (model_.has_offset) subtraction.emplace(program, *this);
   for (int i = 0; i < registers_of_the_sensor; ++i) {
-    txtRegHex(i).Text = texts_at_load.at(static_cast<std::size_t>(i));
+    txtRegHex(i).Text = forms::element(texts_at_load, i);
     txtRegRd(i).Text = "XX";
   }
   on(cmdRDReg, Event::Click, &MultiFunctionPanel::cmdRDReg_Click);
@@ -151,7 +151,7 @@ void MultiFunctionPanel::cmdWrtReg_Click(int Index) {
   connect_by_rule();
   const std::uint8_t value = byte_of_box(Index);
   register_write(Index, value, AddressForm::read);
-  if (Index <= highest_image) store.RegImage.at(static_cast<std::size_t>(Index)) = value;
+  if (Index <= highest_image) forms::element(store.RegImage, Index) = value;
   flip_lamp(ShpIndwr(Index));
   disconnect_by_rule();
 }

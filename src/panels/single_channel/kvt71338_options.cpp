@@ -41,7 +41,7 @@ std::int32_t whole_number(const TextBox& box) {
 // --- the command register ---
 
 void frmKVT71338::OptITime_Click(int Index) {
-  const Integration& chosen = integrations.at(static_cast<std::size_t>(Index));
+  const Integration& chosen = forms::element(integrations, Index);
   const bool external = Index >= external_adc;
   const bool time_base = Index == external_time_base;
   txtTimeBaseReading.Visible = time_base;
@@ -62,7 +62,7 @@ void frmKVT71338::OptITime_Click(int Index) {
   if (chosen.interval) txtInterval.Text = chosen.interval;
   commit({.pending = {&Store::PendingWriteR0}, .registers = {0}});
   Frame7_Click();
-  rebuild_scales(range_lux.at(static_cast<std::size_t>(store.RangeIndex)));
+  rebuild_scales(forms::element(range_lux, store.RangeIndex));
   cmdScale_Click();
 }
 
@@ -122,7 +122,7 @@ void frmKVT71338::OptMode_Click() {
 // --- the calculator ---
 
 void frmKVT71338::OptREXT_Click(int Index) {
-  store.RextOhms = resistors.at(static_cast<std::size_t>(Index));
+  store.RextOhms = forms::element(resistors, Index);
   calculator.txtREXT.Text = std::to_string(store.RextOhms);
   for (std::size_t range = 0; range < range_lux.size(); ++range) {
     OptGain(static_cast<int>(range)).Caption = range_caption(range, store.RextOhms);

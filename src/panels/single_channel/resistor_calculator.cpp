@@ -1,5 +1,6 @@
 #include "panels/single_channel/resistor_calculator.h"
 
+#include "forms/errors.h"
 #include "forms/text.h"
 
 namespace varzelin {
@@ -18,7 +19,7 @@ double through_text(double value) {
 }
 
 std::string range_caption(std::size_t range, std::int32_t ohms) {
-  return forms::Format(ratio_to_reference(ohms) * range_lux.at(range), "######");
+  return forms::Format(ratio_to_reference(ohms) * forms::element(range_lux, range), "######");
 }
 
 double lux_scale(double full_scale_lux, std::int32_t ohms, std::int32_t full_count) {

@@ -134,7 +134,7 @@ void TwoModePanel::wait_for_stability() {
   store.Stab_Wait = true_flag;
   const auto measure_again = [this](std::size_t which) {
     forms::resume_next([this] { cmdProx_IR_Click(); });
-    store.Stab_Value.at(which) = difference_of_pair();
+    forms::element(store.Stab_Value, which) = difference_of_pair();
   };
   measure_again(1);
   while (store.Stab_Wait != 0 && store.Sample_Run != 0 && loaded()) {

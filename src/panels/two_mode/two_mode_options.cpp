@@ -84,7 +84,7 @@ void TwoModePanel::OptIRMode_Click(int Index) {
 // --- width and range ---
 
 void TwoModePanel::OptITime_Click(int Index) {
-  const Width& width = widths.at(static_cast<std::size_t>(Index));
+  const Width& width = forms::element(widths, Index);
   OptExtTime(0).select_quietly();
   OptExtTime_Click(0);
   set_field(map::width, Index);
