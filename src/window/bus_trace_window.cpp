@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -24,6 +23,7 @@
 #include "boards/trace/pcapng.h"
 #include "shell/application.h"
 #include "window/look.h"
+#include "window/window_front_end.h"
 
 namespace window {
 namespace {
@@ -62,8 +62,9 @@ class TransferList final : public QTableView {
 
 }  // namespace
 
-BusTraceWindow::BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, const QString& title_suffix)
-    : trace_(driver, clock), model_(new BusTraceModel(trace_, this)) {
+BusTraceWindow::BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, WindowFrontEnd& front_end,
+                               const QString& title_suffix)
+    : front_end_(front_end), trace_(driver, clock), model_(new BusTraceModel(trace_, this)) {
   setObjectName("BusTrace");
   setWindowTitle("Bus Trace" + title_suffix);
   close_by_escape(*this);
@@ -219,15 +220,14 @@ void BusTraceWindow::clear() {
 
 // The dialog and the box stay beside the program: a collection under way must not wait for them.
 void BusTraceWindow::ask_where_to_save() {
-  auto* dialog = new QFileDialog(this, "Save as");
-  dialog->setObjectName("where");
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setNameFilter("Captures for Wireshark (*.pcapng)");
-  dialog->setDefaultSuffix("pcapng");
-  dialog->selectFile("bus-trace.pcapng");
-  connect(dialog, &QFileDialog::fileSelected, this, &BusTraceWindow::save);
-  dialog->open();
+  front_end_.ask_for_file(*this,
+                          {.save = true,
+                           .title = "Bus Trace",
+                           .filter = "Captures for Wireshark|*.pcapng",
+                           .filter_index = 1,
+                           .filename = "bus-trace.pcapng",
+                           .default_extension = "pcapng"},
+                          [this](const QString& path) { save(path); });
 }
 
 void BusTraceWindow::save(const QString& path) {

@@ -16,10 +16,13 @@ class QTableView;
 
 namespace window {
 
+class WindowFrontEnd;
+
 class BusTraceWindow final : public QWidget {
  public:
-  // Both outlive this.
-  BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, const QString& title_suffix);
+  // All outlive this.
+  BusTraceWindow(boards::Driver& driver, const forms::Clock& clock, WindowFrontEnd& front_end,
+                 const QString& title_suffix);
 
   // Brings the list in step; happens by itself while the window is on screen.
   void refresh();
@@ -39,6 +42,7 @@ class BusTraceWindow final : public QWidget {
   void ask_where_to_save();
   void save(const QString& path);
 
+  WindowFrontEnd& front_end_;
   boards::BusTrace trace_;
   BusTraceModel* model_;
   QLineEdit* filter_;

@@ -1,6 +1,7 @@
 #include "window/dialogs.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -8,6 +9,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QStringList>
+#include <utility>
 
 #include "shell/application.h"
 #include "window/look.h"
@@ -130,49 +132,102 @@ QString title_of(const forms::FileDialog& request, const QString& suffix) {
   return (request.title.empty() ? QString("Save") : "Save: " + to_qt(request.title)) + suffix;
 }
 
-bool may_replace(QWidget& parent, const forms::FileDialog& request, const QFileInfo& file) {
-  if (!file.exists()) return true;
-  const bool empties = writes_empty_file(request) && file.size() > 0;
-  QMessageBox box(QMessageBox::Warning, parent.windowTitle(), file.fileName() + " is there already.",
-                  QMessageBox::NoButton, &parent);
-  box.setInformativeText(empties
-                             ? "Saving empties it: what it holds is lost, and no register is written to it."
-                             : "Writing replaces what it holds.");
-  QPushButton* replace = box.addButton(empties ? "&Empty It" : "&Replace It", QMessageBox::AcceptRole);
-  box.setDefaultButton(box.addButton(QMessageBox::Cancel));
-  box.exec();
-  return box.clickedButton() == replace;
-}
+// Shown until the user has chosen a file that may be taken, or none.
+class FileQuestion final : public QFileDialog {
+ public:
+  FileQuestion(QWidget* parent, const forms::FileDialog& request, const QString& title_suffix,
+               const FileChoice& choice, Qt::WindowModality modality)
+      : QFileDialog(parent, title_of(request, title_suffix)),
+        choice_(choice),
+        writes_(writes(request)),
+        writes_empty_(writes_empty_file(request)) {
+    setWindowModality(modality);
+    setAcceptMode(writes_ ? AcceptSave : AcceptOpen);
+    setFileMode(writes_ ? AnyFile : ExistingFile);
+    setOption(DontConfirmOverwrite);  // it is asked here, in words of what is lost
+    if (const QStringList filters = name_filters(request.filter); !filters.isEmpty()) {
+      setNameFilters(filters);
+      selectNameFilter(filters.value(std::max(0, request.filter_index - 1), filters.front()));
+    }
+    setDefaultSuffix(to_qt(request.default_extension).remove('*'));
+    propose(QFileInfo(to_qt(request.filename)));
+    connect(this, &QDialog::finished, this, &FileQuestion::closed);
+  }
+
+  std::function<void(const std::optional<QString>& path)> answered;
+
+ private:
+  void propose(const QFileInfo& file) {
+    if (!choice_.folder.isEmpty()) setDirectory(choice_.folder);
+    if (!file.filePath().isEmpty()) selectFile(choice_.folder.isEmpty() ? file.filePath() : file.fileName());
+  }
+
+  void closed(int result) {
+    if (result == Rejected || selectedFiles().isEmpty()) return answered(std::nullopt);
+    const QFileInfo chosen(selectedFiles().front());
+    if (writes_ && choice_.replaces && chosen.exists()) {
+      ask_to_replace(chosen);
+    } else {
+      take(chosen);
+    }
+  }
+
+  void ask_to_replace(const QFileInfo& chosen) {
+    const bool empties = writes_empty_ && chosen.size() > 0;
+    auto* box = new QMessageBox(QMessageBox::Warning, windowTitle(), chosen.fileName() + " is there already.",
+                                QMessageBox::NoButton, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(windowModality());
+    box->setInformativeText(
+        empties ? "Saving empties it: what it holds is lost, and no register is written to it."
+                : "Writing replaces what it holds.");
+    QPushButton* replace = box->addButton(empties ? "&Empty It" : "&Replace It", QMessageBox::AcceptRole);
+    box->setDefaultButton(box->addButton(QMessageBox::Cancel));
+    connect(box, &QDialog::finished, this, [this, box, replace, chosen] {
+      if (box->clickedButton() == replace) {
+        take(chosen);
+      } else {
+        show();
+      }
+    });
+    box->show();
+  }
+
+  void take(const QFileInfo& chosen) {
+    choice_.folder = chosen.absolutePath();
+    answered(chosen.filePath());
+  }
+
+  FileChoice choice_;
+  bool writes_;
+  bool writes_empty_;
+};
 
 }  // namespace
 
 std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& request,
                                        const QString& title_suffix, const FileChoice& choice) {
   const FocusComesBack focus;
-  QFileDialog dialog(parent, title_of(request, title_suffix));
-  dialog.setAcceptMode(writes(request) ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(writes(request) ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setOption(QFileDialog::DontConfirmOverwrite);  // it is asked here, in words of what is lost
-  if (const QStringList filters = name_filters(request.filter); !filters.isEmpty()) {
-    dialog.setNameFilters(filters);
-    dialog.selectNameFilter(filters.value(std::max(0, request.filter_index - 1), filters.front()));
-  }
-  QString suffix = to_qt(request.default_extension);
-  suffix.remove('*');
-  dialog.setDefaultSuffix(suffix);
-  const QFileInfo proposed(to_qt(request.filename));
-  if (!request.filename.empty()) dialog.selectFile(proposed.filePath());
-  if (!choice.folder.isEmpty()) {
-    dialog.setDirectory(choice.folder);
-    if (!request.filename.empty()) dialog.selectFile(proposed.fileName());
-  }
-  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
-    const QFileInfo chosen(dialog.selectedFiles().front());
-    if (writes(request) && choice.replaces && !may_replace(dialog, request, chosen)) continue;
-    choice.folder = chosen.absolutePath();
-    return chosen.filePath().toStdString();
-  }
-  return std::nullopt;
+  QEventLoop until_answered;
+  std::optional<std::string> answer;
+  FileQuestion question(parent, request, title_suffix, choice, Qt::ApplicationModal);
+  question.answered = [&](const std::optional<QString>& path) {
+    if (path) answer = path->toStdString();
+    until_answered.quit();
+  };
+  question.show();
+  until_answered.exec(QEventLoop::DialogExec);
+  return answer;
+}
+
+void ask_for_file(QWidget& parent, const forms::FileDialog& request, const QString& title_suffix,
+                  const FileChoice& choice, std::function<void(const QString& path)> take) {
+  auto* question = new FileQuestion(&parent, request, title_suffix, choice, Qt::WindowModal);
+  question->answered = [question, take = std::move(take)](const std::optional<QString>& path) {
+    question->deleteLater();
+    if (path) take(*path);
+  };
+  question->show();
 }
 
 }  // namespace window

@@ -1,7 +1,8 @@
-// Message boxes, input boxes and file dialogs. Each returns when the user has answered.
+// Message boxes, input boxes and file dialogs. All but ask_for_file return when the user has answered.
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,6 +22,10 @@ struct FileChoice {
 };
 std::optional<std::string> choose_file(QWidget* parent, const forms::FileDialog& dialog,
                                        const QString& title_suffix, const FileChoice& choice);
+// The same beside the running program: it returns at once, and `take` comes with the file, or never. The
+// choice's folder outlives the dialog.
+void ask_for_file(QWidget& parent, const forms::FileDialog& dialog, const QString& title_suffix,
+                  const FileChoice& choice, std::function<void(const QString& path)> take);
 
 // "text|pattern|text|pattern" as Qt's name filters: "text (pattern)", a pattern in the text dropped.
 QStringList name_filters(const std::string& filter);

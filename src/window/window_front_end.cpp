@@ -52,6 +52,11 @@ std::optional<std::string> WindowFrontEnd::file_dialog(const forms::FileDialog& 
                      {.folder = folder_, .replaces = replaces});
 }
 
+void WindowFrontEnd::ask_for_file(QWidget& parent, const forms::FileDialog& dialog,
+                                  std::function<void(const QString& path)> take) {
+  window::ask_for_file(parent, dialog, suffix_of(windows_), {.folder = folder_}, std::move(take));
+}
+
 void WindowFrontEnd::runtime_error(const forms::RunTimeError& error) {
   constexpr int critical = 16;
   message_box({"Run-time error '" + std::to_string(error.number) + "':\n\n" + error.text, critical, {}});

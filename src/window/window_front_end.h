@@ -3,11 +3,14 @@
 
 #include <QString>
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "forms/runtime.h"
+
+class QWidget;
 
 namespace window {
 
@@ -20,6 +23,11 @@ class WindowFrontEnd : public forms::FrontEnd {
 
   // The next file dialog is answered with this file, unseen.
   void give_file(std::string path) { given_file_ = std::move(path); }
+
+  // A file dialog of a window that is no form's: it stays beside the program, and `take` comes with the file,
+  // or never.
+  void ask_for_file(QWidget& parent, const forms::FileDialog& dialog,
+                    std::function<void(const QString& path)> take);
 
   int message_box(const forms::MessageBox& box) override;
   std::optional<std::string> input_box(const forms::InputBoxRequest& request) override;

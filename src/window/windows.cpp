@@ -128,7 +128,8 @@ void Windows::end_if_faceless() {
 
 void Windows::open_bus_trace() {
   if (!bus_trace_) {
-    bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), title_suffix_);
+    bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), front_end_,
+                                                  title_suffix_);
   }
   bring_forward(*bus_trace_);
 }

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +16,7 @@
 #include <QScrollBar>
 #include <QTableView>
 #include <QTimer>
+#include <filesystem>
 
 #include "boards/simulated/statuses.h"
 #include "panels/single_channel/kvt71346.h"
@@ -64,6 +66,26 @@ struct BusTraceInItsWindow : WindowProgram {
     std::vector<std::uint8_t> buffer(size);
     std::size_t transferred = 0;
     board.WDU_Transfer(program.store.Dev_Handle, pipe, true, buffer, transferred);
+  }
+  QFileDialog& ask_where_to_save() {
+    part<QPushButton>("save").click();
+    return *windows.bus_trace()->findChild<QFileDialog*>();
+  }
+  static void take(QFileDialog& dialog, const std::string& path) {
+    dialog.findChild<QLineEdit*>()->setText(QString::fromStdString(path));
+    static_cast<QDialog&>(dialog).accept();
+  }
+  QMessageBox& question() {
+    for (auto* box : windows.bus_trace()->findChildren<QMessageBox*>()) {
+      if (box->isVisible()) return *box;
+    }
+    throw std::logic_error("no box");
+  }
+  void answer(const QString& button) {
+    for (QAbstractButton* each : question().buttons()) {
+      if (each->text().remove('&') == button) return each->click();
+    }
+    ADD_FAILURE() << "no button " << button.toStdString();
   }
   void open_with(std::size_t writes) {
     connect();
@@ -297,34 +319,79 @@ TEST_F(BusTraceInItsWindow, SavesACaptureBesideTheRunningProgram) {
   const TemporaryFolder folder;
   open_with(2);
   part<QLineEdit>("filter").setText("nothing");
-  part<QPushButton>("save").click();
-  auto& dialog = part<QFileDialog>("where");
-  EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
-  dialog.setOption(QFileDialog::DontUseNativeDialog);
   const std::string path = folder.path("bus.pcapng");
-  emit dialog.fileSelected(QString::fromStdString(path));
+  QFileDialog& dialog = ask_where_to_save();
+  EXPECT_EQ(dialog.windowTitle(), "Save: Bus Trace \u2014 simulated board");
+  EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+  EXPECT_TRUE(dialog.selectedFiles().front().endsWith("/bus-trace.pcapng"));
+  take(dialog, folder.path("bus"));
   EXPECT_EQ(summary(), "2 transfers, 0 shown. 2 saved in " + QString::fromStdString(path));
   const std::string content = TemporaryFolder::content(path);
   EXPECT_EQ(content.substr(0, 4), "\x0A\x0D\x0D\x0A");
   EXPECT_NE(content.find(std::string("\0\x88\x01\x01", 4)), std::string::npos);
-  EXPECT_EQ(dialog.defaultSuffix(), "pcapng");
-  dialog.close();
   part<QPushButton>("clear").click();
   EXPECT_EQ(summary(), "0 transfers");
 }
 
-TEST_F(BusTraceInItsWindow, AFileThatCannotBeWrittenIsTold) {
+TEST_F(BusTraceInItsWindow, ACaptureReplacesAFileOnceTheUserSaysSo) {
+  const TemporaryFolder folder;
+  const std::string path = folder.make("bus.pcapng", "older");
   open_with(1);
-  part<QPushButton>("save").click();
-  auto& dialog = part<QFileDialog>("where");
-  emit dialog.fileSelected("/proc/no-such-folder/bus.pcapng");
-  dialog.close();
-  auto* box = windows.bus_trace()->findChild<QMessageBox*>();
-  ASSERT_TRUE(box);
-  EXPECT_TRUE(box->text().startsWith("/proc/no-such-folder/bus.pcapng can't be written: "))
-      << box->text().toStdString();
+  QFileDialog& dialog = ask_where_to_save();
+  take(dialog, path);
+  EXPECT_FALSE(dialog.isVisible());
+  answer("Cancel");
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(TemporaryFolder::content(path), "older");
   EXPECT_EQ(summary(), "1 transfer");
-  box->close();
+  take(dialog, path);
+  answer("Replace It");
+  EXPECT_EQ(TemporaryFolder::content(path).substr(0, 4), "\x0A\x0D\x0D\x0A");
+}
+
+// What goes on in the program doesn't wait for the dialog, nor for its question.
+TEST_F(BusTraceInItsWindow, HandlersRunBesideTheFileDialog) {
+  const TemporaryFolder folder;
+  const std::string path = folder.make("bus.pcapng", "older");
+  open_with(1);
+  take(ask_where_to_save(), path);
+  EXPECT_EQ(question().windowModality(), Qt::WindowModal);
+  bool ran = false;
+  program.runtime.post([&] { ran = true; });
+  turn();
+  EXPECT_TRUE(ran);
+}
+
+TEST_F(BusTraceInItsWindow, ItsFileDialogSharesTheFolderUsedLastWithThoseOfForms) {
+  const TemporaryFolder folder;
+  open_with(1);
+  take(ask_where_to_save(), folder.path("bus.pcapng"));
+  QTimer::singleShot(0, [&] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->directory(), QDir(QString::fromStdString(folder.path())));
+    take(*dialog, folder.path("other/form.txt"));
+  });
+  std::filesystem::create_directory(folder.path("other"));
+  EXPECT_TRUE(program.runtime.file_dialog(
+      {.save = true, .title = "", .filter = "", .filter_index = 0, .filename = "", .default_extension = ""}));
+  QFileDialog& dialog = ask_where_to_save();
+  EXPECT_EQ(dialog.directory(), QDir(QString::fromStdString(folder.path("other"))));
+  EXPECT_TRUE(dialog.selectedFiles().front().endsWith("/other/bus-trace.pcapng"));
+}
+
+TEST_F(BusTraceInItsWindow, AFileThatCannotBeWrittenIsTold) {
+  const TemporaryFolder folder;
+  open_with(1);
+  QFileDialog& dialog = ask_where_to_save();
+  const std::string path = folder.path("gone/bus.pcapng");
+  std::filesystem::create_directory(folder.path("gone"));
+  dialog.setDirectory(QString::fromStdString(folder.path("gone")));
+  std::filesystem::remove(folder.path("gone"));
+  take(dialog, path);
+  EXPECT_TRUE(question().text().startsWith(QString::fromStdString(path) + " can't be written: "))
+      << question().text().toStdString();
+  EXPECT_EQ(summary(), "1 transfer");
 }
 
 }  // namespace

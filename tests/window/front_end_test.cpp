@@ -151,8 +151,11 @@ TEST_F(WindowFrontEndTest, TheDialogForTheMeasurementFileWrites) {
   const QTemporaryDir folder;
   when_open<QFileDialog>([&](QFileDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Save: Select File For Recording \u2014 simulated board");
-    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
     EXPECT_EQ(dialog.selectedNameFilter(), "Text (*.txt)");
+    if (dialog.acceptMode() != QFileDialog::AcceptSave) {
+      ADD_FAILURE() << "a dialog to open has no end with a file that isn't there";
+      return dialog.reject();
+    }
     take(dialog, folder.path(), "fresh");
   });
   EXPECT_EQ(program.runtime.file_dialog(text_dialog(false, recording)),
@@ -176,6 +179,7 @@ TEST_F(WindowFrontEndTest, DialogsBeginInTheFolderUsedLast) {
   program.runtime.file_dialog(text_dialog(true, ""));
   when_open<QFileDialog>([&](QFileDialog& dialog) {
     EXPECT_EQ(dialog.directory().canonicalPath(), QDir(folder.path()).canonicalPath());
+    EXPECT_TRUE(dialog.selectedFiles().front().endsWith("/proposed.txt"));
     dialog.reject();
   });
   auto elsewhere = text_dialog(true, "");
@@ -229,6 +233,16 @@ TEST_F(WindowFrontEndTest, SavingASetupOverAFilledOneTellsThatItEmptiesIt) {
   const Replacing user("Empty It");
   EXPECT_TRUE(program.runtime.file_dialog(setup));
   EXPECT_TRUE(user.asked.contains("Saving empties it"));
+}
+
+TEST_F(WindowFrontEndTest, AFileIsOpenedWithoutAQuestion) {
+  const QTemporaryDir folder;
+  write_file(folder.filePath("there.txt"), "measured");
+  when_open<QFileDialog>([&](QFileDialog& dialog) { take(dialog, folder.path(), "there.txt"); });
+  const Replacing user("Cancel");
+  EXPECT_EQ(program.runtime.file_dialog(text_dialog(false, "Select")),
+            folder.filePath("there.txt").toStdString());
+  EXPECT_TRUE(user.asked.isEmpty());
 }
 
 TEST_F(WindowFrontEndTest, AppendingToAFileAsksNothing) {
