@@ -7,7 +7,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSlider>
 #include <QTimer>
 #include <cmath>
@@ -16,6 +15,7 @@
 #include "boards/simulated/light_sources.h"
 #include "boards/simulated/models.h"
 #include "boards/simulated/simulated_board.h"
+#include "window/caption_button.h"
 #include "window/look.h"
 
 namespace window {
@@ -162,7 +162,8 @@ QHBoxLayout* BenchWindow::source_buttons() {
   line->addWidget(new QLabel("Light as of:", this));
   for (const boards::LightSource& source : boards::light_sources) {
     const QString name = to_qt(std::string(source.name));
-    auto* button = new QPushButton(name, this);
+    auto* button = new CaptionButton(this);
+    button->setText(name);
     button->setObjectName(name);
     button->setToolTip(
         QString("%1 lx with %2 counts of infrared").arg(source.light_lux).arg(source.ir_counts));

@@ -12,7 +12,6 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSaveFile>
 #include <QScrollBar>
 #include <QTableView>
@@ -22,6 +21,7 @@
 
 #include "boards/trace/pcapng.h"
 #include "shell/application.h"
+#include "window/caption_button.h"
 #include "window/look.h"
 #include "window/window_front_end.h"
 
@@ -94,7 +94,8 @@ void BusTraceWindow::make_widgets() {
       "Shows only transfers that failed and answers that tell of a byte not acknowledged");
 
   const auto button = [this](const char* name, const QString& caption, const QString& tip) {
-    auto* made = new QPushButton(caption, this);
+    auto* made = new CaptionButton(this);
+    made->setText(caption);
     made->setObjectName(name);
     made->setToolTip(tip);
     return made;

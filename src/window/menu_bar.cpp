@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <algorithm>
 #include <map>
 
@@ -75,6 +76,14 @@ void add_menu(QMenuBar& bar, const MenuOfWindow& menu_of_window) {
     QObject::connect(menu, &QMenu::aboutToShow, action,
                      [action, possible = entry.possible] { action->setEnabled(possible()); });
     QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
+  }
+}
+
+void add_keys(QWidget& window, const std::vector<MenuOfWindow>& menus) {
+  for (const MenuOfWindow& menu : menus) {
+    for (const MenuEntry& entry : menu.entries) {
+      if (!entry.keys.isEmpty()) new QShortcut(entry.keys, &window, entry.act);
+    }
   }
 }
 

@@ -33,5 +33,7 @@ struct MenuOfWindow {
 };
 // The menu's object name is its title.
 void add_menu(QMenuBar& bar, const MenuOfWindow& menu);
+// The menus' keys alone, for a window without a menu bar.
+void add_keys(QWidget& window, const std::vector<MenuOfWindow>& menus);
 
 }  // namespace window

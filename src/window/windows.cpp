@@ -20,6 +20,7 @@ Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::
   if (bench) {
     title_suffix_ = QStringLiteral(" \u2014 ") + to_qt(program.driver.board_name());
     bench_ = std::make_unique<BenchWindow>(*bench, title_suffix_);
+    add_keys(*bench_, menus_of_front());
   }
   program_.forms.on_unloaded = [this](forms::Form& form) {
     if (shown_in_front_ == &form) shown_in_front_ = nullptr;
@@ -130,6 +131,7 @@ void Windows::open_bus_trace() {
   if (!bus_trace_) {
     bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), front_end_,
                                                   title_suffix_);
+    add_keys(*bus_trace_, menus_of_front());
   }
   bring_forward(*bus_trace_);
 }

@@ -74,19 +74,24 @@ class Windows {
   void take_scripts(FormWindow& form_window);
   void open(const std::string& form_name);
   void open_bus_trace();
-  void open_help(forms::Form& form);
+  void open_help();
   void close_by_user(FormWindow& form_window);
   void close(forms::Form& form);
   void activated_by_user(FormWindow& form_window);
   void resized(FormWindow& form_window);
 
   // --- the menus of every window ---
+  // The form that a window speaks for when something is to be done; null when there is none.
+  using FindForm = std::function<forms::Form*()>;
+  FindForm as_long_as_loaded(const forms::Form& form);
   std::vector<MenuOfWindow> menus(forms::Form& of_window);
-  MenuOfWindow program_menu(forms::Form& of_window);
+  MenuOfWindow program_menu(const FindForm& form);
   MenuOfWindow windows_menu(forms::Form& of_window);
-  MenuOfWindow help_menu(forms::Form& of_window);
-  // Runs in the message loop with the form, if that is still loaded.
-  std::function<void()> in_loop(const forms::Form& form, std::function<void(forms::Form&)> act);
+  MenuOfWindow help_menu();
+  // The menus of a window that is no form's: they speak for the form in front.
+  std::vector<MenuOfWindow> menus_of_front();
+  // Runs in the message loop with the form, if there is one then.
+  std::function<void()> in_loop(const FindForm& form, std::function<void(forms::Form&)> act);
 
   // --- leaving ---
   // Goes on at once, or when the user has said that unwritten readings may be lost.

@@ -17,19 +17,27 @@
 
 namespace window {
 
-std::function<void()> Windows::in_loop(const forms::Form& form, std::function<void(forms::Form&)> act) {
-  return [this, name = form.name(), act = std::move(act)] {
-    program_.runtime.post([this, name, act] {
-      if (forms::Form* still_there = program_.forms.loaded(name)) act(*still_there);
+Windows::FindForm Windows::as_long_as_loaded(const forms::Form& form) {
+  return [this, name = form.name()] { return program_.forms.loaded(name); };
+}
+
+std::function<void()> Windows::in_loop(const FindForm& form, std::function<void(forms::Form&)> act) {
+  return [this, form, act = std::move(act)] {
+    program_.runtime.post([form, act] {
+      if (forms::Form* found = form()) act(*found);
     });
   };
 }
 
 std::vector<MenuOfWindow> Windows::menus(forms::Form& of_window) {
-  return {program_menu(of_window), windows_menu(of_window), help_menu(of_window)};
+  return {program_menu(as_long_as_loaded(of_window)), windows_menu(of_window), help_menu()};
 }
 
-MenuOfWindow Windows::program_menu(forms::Form& of_window) {
+std::vector<MenuOfWindow> Windows::menus_of_front() {
+  return {program_menu([this] { return program_.forms.front(); }), help_menu()};
+}
+
+MenuOfWindow Windows::program_menu(const FindForm& of_window) {
   const auto start = in_loop(of_window, [this](forms::Form& form) {
     if (forms::Control* button = start_button(program_, form)) forms::user::click(*button);
   });
@@ -42,7 +50,10 @@ MenuOfWindow Windows::program_menu(forms::Form& of_window) {
   return {
       "&Program",
       {{"&Start", start, Qt::Key_F5,
-        [this, &of_window] { return start_button(program_, of_window) != nullptr; }},
+        [this, of_window] {
+          const forms::Form* form = of_window();
+          return form && start_button(program_, *form);
+        }},
        {"S&top", stop_all, Qt::SHIFT | Qt::Key_F5, [this] { return is_running(program_); }},
        {"&Write to Disk", write, Qt::CTRL | Qt::Key_S, [this] { return write_button(program_) != nullptr; }},
        {"&Open Script\u2026", open_file, Qt::CTRL | Qt::Key_O},
@@ -66,21 +77,24 @@ MenuOfWindow Windows::windows_menu(forms::Form& of_window) {
   if (bench_) menu.entries.push_back({"Simulated &Bench", [this] { bring_forward(*bench_); }});
   const forms::Control* turner = of_window.find(layout_turner);
   if (turner && turner->handles(forms::Event::DblClick)) {
-    menu.entries.push_back({"&Full or Short Layout", in_loop(of_window, [](forms::Form& form) {
-                              forms::user::double_click(*form.find(layout_turner));
-                            })});
+    menu.entries.push_back(
+        {"&Full or Short Layout", in_loop(as_long_as_loaded(of_window), [](forms::Form& form) {
+           forms::user::double_click(*form.find(layout_turner));
+         })});
   }
   return menu;
 }
 
-MenuOfWindow Windows::help_menu(forms::Form& of_window) {
-  return {"&Help",
-          {{"First Steps and &Keys", in_loop(of_window, [this](forms::Form& form) { open_help(form); }),
-            Qt::Key_F1}}};
+MenuOfWindow Windows::help_menu() {
+  return {"&Help", {{"First Steps and &Keys", [this] { open_help(); }, Qt::Key_F1}}};
 }
 
-void Windows::open_help(forms::Form& form) {
-  if (!help_) help_ = std::make_unique<HelpWindow>(menus(form), title_suffix_);
+void Windows::open_help() {
+  if (!help_) {
+    const std::vector<MenuOfWindow> menus = menus_of_front();
+    help_ = std::make_unique<HelpWindow>(menus, title_suffix_);
+    add_keys(*help_, menus);
+  }
   bring_forward(*help_);
 }
 
@@ -130,7 +144,7 @@ void Windows::close_by_user(FormWindow& form_window) {
     program_.forms.hide(form);
     if (!program_.forms.front()) program_.runtime.end();
   } else if (&form == sensor_panel(program_)) {
-    leave(in_loop(form, [this](forms::Form& still_there) { close(still_there); }));
+    leave(in_loop(as_long_as_loaded(form), [this](forms::Form& still_there) { close(still_there); }));
   } else {
     close(form);
   }

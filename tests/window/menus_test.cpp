@@ -75,6 +75,23 @@ struct WindowMenus : KeyboardWindow {
     }
     ADD_FAILURE() << "no button " << button.toStdString();
   }
+  void load_script() {
+    front_end.give_file(std::string(PROJECT_FOLDER) + "/examples/kvt71346-loopback.txt");
+    program.runtime.dispatch([&] { program.forms.touch<frmScriptOps>().mnuScript_Read_Click(); });
+    turn();
+  }
+  static void come_forward(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  std::vector<QWidget*> windows_without_menus() {
+    entry(panel, "Bus Trace")->trigger();
+    entry(panel, "Simulated Bench")->trigger();
+    in_menu("Help", "First Steps and Keys")->trigger();
+    turn();
+    return {windows.bus_trace(), windows.bench(), windows.help()};
+  }
   // A turn of the loop with nothing to do: what waits for the end of handlers goes on there.
   bool idle_turn_ends() {
     windows.act_when_idle();
@@ -121,11 +138,9 @@ TEST_F(WindowMenus, StopEndsTimedSamplingAndAScript) {
   EXPECT_TRUE(widget<QPushButton>(panel, "cmdSample").isVisible());
   user.stop();
 
-  front_end.give_file(std::string(PROJECT_FOLDER) + "/examples/kvt71346-loopback.txt");
   front("frmScriptOps");
+  load_script();
   auto& script = program.forms.touch<frmScriptOps>();
-  program.runtime.dispatch([&] { script.mnuScript_Read_Click(); });
-  turn();
   user.disconnect();
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
     if (forms::Val(script.txtLoopCount.Text) >= 3) in_menu("Program", "Stop")->trigger();
@@ -300,19 +315,85 @@ TEST_F(WindowMenus, HelpTellsTheKeys) {
 
 TEST_F(WindowMenus, EscapeClosesTheWindowsThatOnlyShowSomething) {
   open_panel();
-  entry(panel, "Bus Trace")->trigger();
-  entry(panel, "Simulated Bench")->trigger();
-  press(Qt::Key_F1);
-  for (QWidget* window :
-       std::initializer_list<QWidget*>{windows.bus_trace(), windows.bench(), windows.help()}) {
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+  for (QWidget* window : windows_without_menus()) {
+    come_forward(*window);
     QTest::keyClick(window, Qt::Key_Escape);
     EXPECT_FALSE(window->isVisible()) << window->objectName().toStdString();
   }
   front("frmAbout2");
   press(Qt::Key_Escape);
   EXPECT_FALSE(program.forms.loaded("frmAbout2"));
+}
+
+TEST_F(WindowMenus, TheKeysWorkInWindowsWithoutMenus) {
+  const TemporaryFolder folder;
+  open_panel();
+  program.forms.touch<frmKVT71346>().txtFilePath.Text = folder.path("Data.txt");
+  for (QWidget* window : windows_without_menus()) {
+    SCOPED_TRACE(window->objectName().toStdString());
+    come_forward(*window);
+    collect(40, [&] { QTest::keyClick(window, Qt::Key_F5, Qt::ShiftModifier); });
+    EXPECT_EQ(status(), "Data Collection Halted");
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(status().contains("Measurement set(s) written")) << status().toStdString();
+  }
+  for (QWidget* window : std::initializer_list<QWidget*>{windows.bus_trace(), windows.bench()}) {
+    windows.help()->hide();
+    come_forward(*window);
+    QTest::keyClick(window, Qt::Key_F1);
+    EXPECT_TRUE(windows.help()->isVisible()) << window->objectName().toStdString();
+  }
+}
+
+TEST_F(WindowMenus, QuitWorksInWindowsWithoutMenus) {
+  open_panel();
+  collect_and_stop();
+  for (QWidget* window : windows_without_menus()) {
+    SCOPED_TRACE(window->objectName().toStdString());
+    come_forward(*window);
+    QTest::keyClick(window, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(idle_turn_ends());
+    answer("Cancel");
+    EXPECT_FALSE(turn_ends());
+  }
+  come_forward(*windows.bench());
+  QTest::keyClick(windows.bench(), Qt::Key_Q, Qt::ControlModifier);
+  answer("Leave Them");
+  EXPECT_TRUE(idle_turn_ends());
+}
+
+TEST_F(WindowMenus, AKeyOfAWindowWithoutMenusIsForTheFormInFront) {
+  open_panel();
+  front("frmScriptOps");
+  load_script();
+  int runs = 0;
+  int collections = 0;
+  program.forms.touch<frmScriptOps>().cmdExecAll.handle(forms::Event::Click,
+                                                        [&](forms::EventArgs&) { ++runs; });
+  program.forms.touch<frmKVT71346>().cmdCollectData.handle(forms::Event::Click,
+                                                           [&](forms::EventArgs&) { ++collections; });
+  come_forward(*windows.bench());
+  press(Qt::Key_F5);
+  EXPECT_EQ(runs, 1);
+  EXPECT_EQ(collections, 0);
+}
+
+TEST_F(WindowMenus, EnterPressesTheButtonWithTheFocusInWindowsWithoutMenus) {
+  open_panel();
+  for (QWidget* window : windows_without_menus()) {
+    come_forward(*window);
+    for (QPushButton* button : window->findChildren<QPushButton*>()) {
+      int clicks = 0;
+      const auto connection = QObject::connect(button, &QPushButton::clicked, button, [&] { ++clicks; });
+      for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        button->setEnabled(true);
+        button->setFocus();
+        QTest::keyClick(button, key);
+      }
+      EXPECT_EQ(clicks, 2) << button->objectName().toStdString();
+      QObject::disconnect(connection);
+    }
+  }
 }
 
 TEST_F(WindowMenus, EnterPressesTheButtonWithTheFocus) {
