@@ -44,8 +44,8 @@ QString verdict_of(const forms::Grid& grid, int row) {
   return verdict;
 }
 
-// Keeps the colour of a cell in the selected row: it tells how a read went.
-class CellColours final : public QStyledItemDelegate {
+// Keeps the colour of a cell in the selected row: it tells how a read went. The last column wraps.
+class CellLook final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
@@ -53,6 +53,8 @@ class CellColours final : public QStyledItemDelegate {
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
     if (option->backgroundBrush.style() != Qt::NoBrush) option->state &= ~QStyle::State_Selected;
+    const bool last = index.column() == index.model()->columnCount() - 1;
+    option->features.setFlag(QStyleOptionViewItem::WrapText, last);
   }
 };
 
@@ -62,6 +64,16 @@ class Table final : public QTableWidget {
  public:
   using QTableWidget::QTableWidget;
   std::function<void(int row, int column)> selected;
+  // As high as the text of the last column needs in this width.
+  void fit_height(int row, int width) {
+    constexpr int grid_line = 1;
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect.setSize({width - grid_line, rowHeight(row)});
+    const int last = columnCount() - 1;
+    const int needed = itemDelegate()->sizeHint(option, model()->index(row, last)).height() + grid_line;
+    setRowHeight(row, std::max(needed, verticalHeader()->defaultSectionSize()));
+  }
   int selected_row() const {
     const auto rows = selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.front().row();
@@ -102,10 +114,12 @@ class GridBinding final : public Binding {
  public:
   GridBinding(forms::Grid& grid, QWidget* parent) : Binding(grid), grid_(grid), table_(new Table(parent)) {
     adopt(table_);
-    table_->setWordWrap(false);
-    table_->setItemDelegate(new CellColours(table_));
+    table_->setItemDelegate(new CellLook(table_));
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
+    const int line = table_->fontMetrics().height() + 6;
+    constexpr int most_lines = 8;  // the tool tip has the rest
+    table_->verticalHeader()->setDefaultSectionSize(line);
+    table_->verticalHeader()->setMaximumSectionSize(most_lines * line);
     table_->horizontalHeader()->setStretchLastSection(true);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -115,6 +129,11 @@ class GridBinding final : public Binding {
     table_->selected = [this](int row, int column) {
       post([this, row, column] { select(row + 1, column + 1); });
     };
+    connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int column, int, int width) {
+              for (int row = 0; is_last(column + 1) && row < table_->rowCount(); ++row)
+                table_->fit_height(row, width);
+            });
     grid_.take_changes();
     show_rows(1, grid_.Rows());
   }
@@ -137,6 +156,10 @@ class GridBinding final : public Binding {
   void released(QPoint) override {}
 
  private:
+  // The last column has what is to be read as sentences: it takes the room that is left, and its text stands
+  // at the left and wraps.
+  bool is_last(int column) const { return column == grid_.Columns(); }
+
   void select(int row, int column) {
     if (row <= grid_.Rows() && column <= grid_.Columns()) grid_.select_by_user(row, column);
   }
@@ -146,12 +169,11 @@ class GridBinding final : public Binding {
     table_->setRowCount(grid_.Rows());
     for (int column = 1; column <= grid_.Columns(); ++column) {
       if (!table_->horizontalHeaderItem(column - 1)) {
-        table_->setHorizontalHeaderItem(column - 1,
-                                        new QTableWidgetItem(window::to_qt(grid_.Header(column))));
-        // A quarter wider than the program asks, so that eight digits fit; the last column takes the rest.
-        if (column < grid_.Columns()) {
-          table_->setColumnWidth(column - 1, grid_.ColumnWidth(column) * 5 / 4);
-        }
+        auto* header = new QTableWidgetItem(window::to_qt(grid_.Header(column)));
+        if (is_last(column)) header->setTextAlignment(to_qt(forms::Align::Left));
+        table_->setHorizontalHeaderItem(column - 1, header);
+        // A quarter wider than the program asks, so that eight digits fit.
+        if (!is_last(column)) table_->setColumnWidth(column - 1, grid_.ColumnWidth(column) * 5 / 4);
       }
     }
     for (int row = first; row <= std::min(last, grid_.Rows()); ++row) {
@@ -166,15 +188,19 @@ class GridBinding final : public Binding {
       table_->setItem(row - 1, column - 1, item);
     }
     const forms::GridCell& cell = grid_.cell(row, column);
-    item->setText(window::to_qt(cell.text));
+    const QString text = window::to_qt(cell.text);
+    if (text != item->text()) {
+      item->setText(text);
+      if (is_last(column)) table_->fit_height(row - 1, table_->columnWidth(column - 1));
+    }
     const QString verdict = column == 1 ? verdict_of(grid_, row) : verdict_of(cell);
-    item->setData(Qt::AccessibleTextRole, verdict.isEmpty() ? QVariant() : item->text() + ", " + verdict);
-    item->setToolTip(item->text());
-    item->setTextAlignment(to_qt(cell.align));
+    item->setData(Qt::AccessibleTextRole, verdict.isEmpty() ? QVariant() : text + ", " + verdict);
+    item->setToolTip(text);
+    item->setTextAlignment(to_qt(is_last(column) ? forms::Align::Left : cell.align));
     const QColor ground = cell.back ? window::to_qt(*cell.back) : QColor();
     item->setBackground(cell.back ? QBrush(ground) : QBrush());
-    const QColor text = table_->palette().color(QPalette::Text);
-    item->setForeground(cell.back ? QBrush(readable(text, ground)) : QBrush());
+    const QColor ink = table_->palette().color(QPalette::Text);
+    item->setForeground(cell.back ? QBrush(readable(ink, ground)) : QBrush());
   }
 
   forms::Grid& grid_;
