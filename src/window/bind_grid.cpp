@@ -154,6 +154,10 @@ class GridBinding final : public Binding {
 
  protected:
   void released(QPoint) override {}
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::PaletteChange && object == table_) show_rows(1, grid_.Rows());
+    return Binding::eventFilter(object, event);
+  }
 
  private:
   // The last column has what is to be read as sentences: it takes the room that is left, and its text stands

@@ -94,7 +94,7 @@ bool Binding::eventFilter(QObject* object, QEvent* event) {
     case QEvent::MouseButtonDblClick:
       if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) clicked_twice();
       break;
-    case QEvent::ApplicationPaletteChange:
+    case QEvent::PaletteChange:
       if (object == widget_) show();
       break;
     default:

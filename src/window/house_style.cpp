@@ -1,11 +1,36 @@
 #include "window/house_style.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
+#include <QEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOptionFrame>
 
+#include "window/look.h"
+
 namespace window {
+
+// Qt asks for it again whenever the platform's palette has changed.
+void HouseStyle::polish(QPalette& platform) {
+  QProxyStyle::polish(platform);
+  make_readable(platform);
+}
+
+void HouseStyle::polish(QApplication* application) {
+  QProxyStyle::polish(application);
+  application->installEventFilter(this);
+}
+
+// Some desktops set the application's palette over that of their platform, past the style.
+bool HouseStyle::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange && object == qApp) {
+    QPalette colors = QApplication::palette();
+    make_readable(colors);
+    if (colors != QApplication::palette()) QApplication::setPalette(colors);
+  }
+  return QProxyStyle::eventFilter(object, event);
+}
 
 void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const {

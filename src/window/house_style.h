@@ -1,17 +1,24 @@
-// Fusion with what it leaves unseen: the focus of lists and tables, and that a box only shows something.
+// Fusion with what it leaves unseen: the focus of lists and tables, that a box only shows something, and
+// texts of the platform that are too pale.
 #pragma once
 
 #include <QProxyStyle>
 
 namespace window {
 
-class HouseStyle final : public QProxyStyle {
+class HouseStyle : public QProxyStyle {
  public:
   HouseStyle() : QProxyStyle("fusion") {}
+  using QProxyStyle::polish;
+  void polish(QPalette& platform) override;
+  void polish(QApplication* application) override;
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
 };
 
 }  // namespace window

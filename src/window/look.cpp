@@ -72,10 +72,8 @@ QPalette palette_of(const TextColors& colors, const QPalette& platform) {
   return own;
 }
 
-// What is readable already stays the platform's, and changes with it.
-void make_palette_readable() {
+void make_readable(QPalette& colors) {
   using Role = QPalette::ColorRole;
-  QPalette colors = QApplication::palette();
   const auto change = [&colors](QPalette::ColorGroup group, Role changed, Role other) {
     const QColor present = colors.color(group, changed);
     const QColor wanted = readable(present, colors.color(group, other));
@@ -91,7 +89,6 @@ void make_palette_readable() {
     // What is chosen is told by its ground, so that the ground gives way.
     change(group, QPalette::Highlight, QPalette::HighlightedText);
   }
-  QApplication::setPalette(colors);
 }
 
 QString to_caption(const std::string& caption) {
@@ -136,7 +133,6 @@ void close_by_escape(QWidget& window) {
 void set_look(QApplication& application) {
   install_accessibility();
   QApplication::setStyle(new HouseStyle);
-  make_palette_readable();
   QApplication::setApplicationName(varzelin::application_title);
   // Each program's desktop file has the program's name.
   QApplication::setDesktopFileName(QFileInfo(QApplication::applicationFilePath()).fileName());

@@ -38,9 +38,9 @@ struct TextColors {
 };
 // What differs from the platform's palette, with the text readable in each state of its widget.
 QPalette palette_of(const TextColors& colors, const QPalette& platform);
-// Makes the texts of the application's palette readable on their grounds: those that are greyed out, chosen
-// or only placeholders are too pale in many.
-void make_palette_readable();
+// Makes a palette's texts readable on their grounds: those that are greyed out, chosen or only placeholders
+// are too pale in many.
+void make_readable(QPalette& colors);
 
 // A caption in which "&" marks the key of a button, a menu or a frame, and "&&" stands for itself. An
 // "&" that marks nothing stands for itself too.

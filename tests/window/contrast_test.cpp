@@ -8,6 +8,7 @@
 #include "script/script_panel.h"
 #include "support/panel_window.h"
 #include "support/sample_form.h"
+#include "window/house_style.h"
 #include "window/look.h"
 
 namespace varzelin::testing {
@@ -25,11 +26,21 @@ struct WindowContrast : PanelWindow, ::testing::WithParamInterface<bool> {
   const QPalette before = QApplication::palette();
   void SetUp() override {
     QApplication::setPalette(GetParam() ? dark_palette() : QApplication::style()->standardPalette());
-    window::make_palette_readable();
     PanelWindow::SetUp();
   }
   void TearDown() override { QApplication::setPalette(before); }
 
+  SampleForm* open_sample() {
+    SampleForm* sample = nullptr;
+    program.forms.add(SampleForm::form_name, [&](const std::string&) {
+      auto made = std::make_unique<SampleForm>(program.forms);
+      sample = made.get();
+      return made;
+    });
+    show(SampleForm::form_name);
+    form = SampleForm::form_name;
+    return sample;
+  }
   // A text of the widget on its ground, in a state.
   static void expect_readable(const QWidget& widget, const std::string& where, QPalette::ColorRole text,
                               QPalette::ColorRole ground) {
@@ -68,14 +79,7 @@ TEST_P(WindowContrast, OfEveryWidgetOfEveryForm) {
 }
 
 TEST_P(WindowContrast, OfALabelAndABoxInEveryColourOnEveryGround) {
-  SampleForm* sample = nullptr;
-  program.forms.add(SampleForm::form_name, [&](const std::string&) {
-    auto made = std::make_unique<SampleForm>(program.forms);
-    sample = made.get();
-    return made;
-  });
-  show(SampleForm::form_name);
-  form = SampleForm::form_name;
+  SampleForm* sample = open_sample();
   for (int ground = -1; ground < 16; ++ground) {
     for (int text = -1; text < 16; ++text) {
       sample->lbl.BackColor = ground < 0 ? forms::clr_button_face : forms::QBColor(ground);
@@ -109,18 +113,86 @@ TEST_P(WindowContrast, OfACellOnTheColourOfItsVerdict) {
   }
 }
 
-// The desktop turns to another palette while the program runs.
-TEST_P(WindowContrast, FollowsThePlatform) {
+// A desktop whose palette the test chooses.
+struct Desktop final : window::HouseStyle {
+  QPalette chosen;
+  using window::HouseStyle::polish;
+  void polish(QPalette& platform) override {
+    platform = chosen;
+    window::HouseStyle::polish(platform);
+  }
+};
+
+// The desktop turns to another palette while the program runs, and back.
+struct WindowContrastOnADesktop : WindowContrast {
+  Desktop* desktop = new Desktop;
+  void SetUp() override {
+    QApplication::setStyle(desktop);
+    turn_to(GetParam());
+    PanelWindow::SetUp();
+  }
+  void TearDown() override { QApplication::setStyle(new window::HouseStyle); }
+  void turn_to(bool dark) {
+    desktop->chosen = dark ? dark_palette() : desktop->standardPalette();
+    QApplication::setPalette(QPalette());
+  }
+  void expect_all_readable() {
+    turn();
+    for (const QWidget* each : window_of(form).findChildren<QWidget*>())
+      expect_readable(*each, each->objectName().toStdString());
+  }
+};
+TEST_P(WindowContrastOnADesktop, FollowsIt) {
   open(0);
-  QApplication::setPalette(GetParam() ? QApplication::style()->standardPalette() : dark_palette());
-  window::make_palette_readable();
-  turn();
-  for (const QWidget* each : window_of(form).findChildren<QWidget*>())
-    expect_readable(*each, each->objectName().toStdString());
+  const QPalette first = QApplication::palette();
+  for (const bool dark : {!GetParam(), GetParam()}) {
+    turn_to(dark);
+    EXPECT_EQ(QApplication::palette().resolveMask(), 0U) << "what is pinned doesn't follow";
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window).lightness() < 128, dark);
+    expect_all_readable();
+  }
+  EXPECT_EQ(QApplication::palette(), first);
 }
 
-INSTANTIATE_TEST_SUITE_P(Palettes, WindowContrast, ::testing::Bool(),
-                         [](const auto& param) { return param.param ? "Dark" : "Light"; });
+TEST_P(WindowContrastOnADesktop, FollowsAPaletteThatIsSetOverIt) {
+  open(0);
+  const QPalette over = GetParam() ? desktop->standardPalette() : dark_palette();
+  QApplication::setPalette(over);
+  EXPECT_EQ(QApplication::palette().color(QPalette::Window), over.color(QPalette::Window));
+  expect_all_readable();
+  QApplication::setPalette(QPalette());
+  expect_all_readable();
+}
+
+TEST_P(WindowContrastOnADesktop, ALabelInAColourKeepsItsContrast) {
+  SampleForm* sample = open_sample();
+  sample->lbl.ForeColor = forms::QBColor(8);
+  turn();
+  for (const bool dark : {!GetParam(), GetParam()}) {
+    turn_to(dark);
+    turn();
+    const auto& label = widget<QLabel>("lbl");
+    const QColor grey = window::to_qt(forms::QBColor(8));
+    EXPECT_EQ(label.palette().color(QPalette::WindowText),
+              window::readable(grey, QApplication::palette().color(QPalette::Window)));
+  }
+}
+
+TEST_P(WindowContrastOnADesktop, ACellOnAColourKeepsItsContrast) {
+  form = "frmScriptOps";
+  show(form);
+  static_cast<frmScriptOps*>(program.forms.loaded(form))->vbalGrid1.set_back(1, 2, forms::QBColor(8));
+  turn();
+  turn_to(!GetParam());
+  turn();
+  const QTableWidgetItem& cell = *widget<QTableWidget>("vbalGrid1").item(0, 1);
+  const QColor platforms = QApplication::palette().color(QPalette::Text);
+  EXPECT_EQ(cell.foreground().color(), window::readable(platforms, cell.background().color()));
+}
+
+const auto palette_name = [](const auto& param) { return param.param ? "Dark" : "Light"; };
+INSTANTIATE_TEST_SUITE_P(Palettes, WindowContrast, ::testing::Bool(), palette_name);
+INSTANTIATE_TEST_SUITE_P(Palettes, WindowContrastOnADesktop, ::testing::Bool(), palette_name);
 
 TEST(Contrast, IsThatOfTheAccessibilityGuidelines) {
   EXPECT_NEAR(window::contrast(Qt::black, Qt::white), 21, 0.01);
