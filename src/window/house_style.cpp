@@ -45,6 +45,36 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption* option,
   painter->restore();
 }
 
+namespace {
+
+// Of a box or a circle to be marked. Fusion's is a shade of the window, which is next to nothing on a dark
+// one.
+QColor outline_of(const QStyleOption& option) {
+  const bool by_keyboard = option.state & QStyle::State_KeyboardFocusChange;
+  const bool focused = by_keyboard && option.state & QStyle::State_HasFocus;
+  const QColor color = option.palette.color(focused ? QPalette::Highlight : QPalette::Mid);
+  return readable(color, option.palette.color(QPalette::Window), least_outline_contrast);
+}
+
+// Over Fusion's own outline.
+void draw_outline(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  constexpr double width = 1.25;  // a line on a circle is mostly between the pixels
+  painter.setPen(QPen(outline_of(option), element == QStyle::PE_IndicatorCheckBox ? 1 : width));
+  painter.setBrush(Qt::NoBrush);
+  if (element == QStyle::PE_IndicatorCheckBox) {
+    painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+  } else {
+    const int side = option.rect.width();
+    const double radius = (side + (side + 1) % 2) / 2.0 - 1;
+    painter.drawEllipse(QPointF(option.rect.center() + QPoint(1, 1)), radius, radius);
+  }
+  painter.restore();
+}
+
+}  // namespace
+
 // A box with a ground of its own keeps it.
 void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
@@ -58,6 +88,8 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton)
+    draw_outline(element, *option, *painter);
 }
 
 }  // namespace window

@@ -48,14 +48,14 @@ double contrast(const QColor& text, const QColor& ground) {
   return (light + 0.05) / (dark + 0.05);
 }
 
-QColor readable(const QColor& text, const QColor& ground) {
+QColor readable(const QColor& text, const QColor& ground, double least) {
   const QColor opaque = blended(ground, text, text.alphaF());
   const bool black_is_better = contrast(Qt::black, ground) > contrast(Qt::white, ground);
   const QColor end = black_is_better ? Qt::black : Qt::white;
   constexpr int steps = 20;
   for (int step = 0; step < steps; ++step) {
     const QColor tried = blended(opaque, end, step / static_cast<double>(steps));
-    if (contrast(tried, ground) >= least_contrast) return tried;
+    if (contrast(tried, ground) >= least) return tried;
   }
   return end;
 }

@@ -23,11 +23,13 @@ inline QString to_qt(const std::string& text) {
   return QString::fromStdString(text);
 }
 
-// How well a text is told from its ground, from 1 (not at all) to 21, and what a text should have at least.
+// How well a text is told from its ground, from 1 (not at all) to 21, and what a text and an outline should
+// have at least.
 double contrast(const QColor& text, const QColor& ground);
 inline constexpr double least_contrast = 4.5;
-// The colour itself where it is readable on the ground, else the nearest to it that is.
-QColor readable(const QColor& text, const QColor& ground);
+inline constexpr double least_outline_contrast = 3;
+// The colour itself where it has the contrast on the ground, else the nearest to it that has.
+QColor readable(const QColor& text, const QColor& ground, double least = least_contrast);
 // A text's colour, and the one of its ground. Without a value the platform's own.
 struct TextColors {
   QPalette::ColorRole text_role;

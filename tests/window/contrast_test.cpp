@@ -1,9 +1,13 @@
-// Every text can be read on its ground, in a light and in a dark palette.
+// Every text can be read on its ground, and every outline is seen, in a light and in a dark palette.
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QStyleOptionButton>
 #include <QTableWidget>
+#include <QTest>
+#include <algorithm>
 
 #include "script/script_panel.h"
 #include "support/panel_window.h"
@@ -110,6 +114,49 @@ TEST_P(WindowContrast, OfACellOnTheColourOfItsVerdict) {
     const QTableWidgetItem& cell = *table.item(row, 1);
     EXPECT_GE(window::contrast(cell.foreground().color(), cell.background().color()), window::least_contrast)
         << row;
+  }
+}
+
+// The colour that differs most from the window's among the pixels at the indicator's left edge.
+QColor outline_of(QAbstractButton& button) {
+  QStyleOptionButton option;
+  option.initFrom(&button);
+  const bool is_box = qobject_cast<QCheckBox*>(&button);
+  const QRect indicator = button.style()->subElementRect(
+      is_box ? QStyle::SE_CheckBoxIndicator : QStyle::SE_RadioButtonIndicator, &option, &button);
+  const QImage picture = button.grab().toImage();
+  const QColor ground = button.palette().color(QPalette::Window);
+  QColor best = ground;
+  for (int x = indicator.left(); x < indicator.left() + 3; ++x) {
+    const QColor color = picture.pixelColor(x, indicator.center().y() + 1);
+    if (window::contrast(color, ground) > window::contrast(best, ground)) best = color;
+  }
+  return best;
+}
+
+TEST_P(WindowContrast, OfTheOutlineOfWhatIsToBeMarked) {
+  QWidget place;
+  QCheckBox box("box", &place);
+  QRadioButton circle("circle", &place);
+  circle.move(0, 40);
+  place.show();
+  place.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&place));
+  QTest::keyClick(&place, Qt::Key_Backtab);  // the focus goes by the keyboard
+  const auto expect_seen = [](QAbstractButton& button, const char* state) {
+    EXPECT_GE(window::contrast(outline_of(button), button.palette().color(QPalette::Window)),
+              window::least_outline_contrast)
+        << button.text().toStdString() << state;
+  };
+  for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{&box, &circle}) {
+    button->clearFocus();
+    expect_seen(*button, "");
+    const QColor without_focus = outline_of(*button);
+    button->setFocus(Qt::TabFocusReason);
+    expect_seen(*button, " with the focus");
+    EXPECT_NE(outline_of(*button), without_focus);
+    button->setEnabled(false);
+    expect_seen(*button, " greyed out");
   }
 }
 
