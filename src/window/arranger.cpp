@@ -156,7 +156,8 @@ Arranger::Field Arranger::field(std::string_view label, int index, QWidget* widg
 
 QGridLayout* Arranger::fields(const std::vector<Field>& fields) {
   auto* grid = new QGridLayout;
-  grid->setSpacing(gap);
+  grid->setHorizontalSpacing(gap);
+  grid->setVerticalSpacing(line_gap);
   grid->setContentsMargins(0, 0, 0, 0);
   int line = 0;
   for (const Field& field : fields) {

@@ -17,6 +17,8 @@ namespace window {
 
 // Between neighbours in a layout, and between a frame and what it holds.
 inline constexpr int gap = 6;
+// Between the lines of a list of options, of fields, or of registers.
+inline constexpr int line_gap = gap / 3;
 
 QColor to_qt(forms::Color color);
 inline QString to_qt(const std::string& text) {

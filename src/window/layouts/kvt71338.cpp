@@ -11,6 +11,7 @@
 #include "window/layouts/pages.h"
 #include "window/layouts/panel.h"
 #include "window/layouts/register_block.h"
+#include "window/look.h"
 
 namespace window {
 namespace {
@@ -101,7 +102,9 @@ QLayout* right_column(Arranger& place) {
 // A value under its caption.
 QLayout* value(Arranger& place, const char* label, const char* box, int digits = value_digits) {
   const Arranger::Field field = place.field(label, place.digits(digits, place(box)));
-  return column({field.caption, row({field.widget, Part::room()})});
+  QBoxLayout* both = column({field.caption, row({field.widget, Part::room()})});
+  both->setSpacing(line_gap);
+  return both;
 }
 
 QGroupBox* calculator(Arranger& place) {

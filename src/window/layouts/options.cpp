@@ -13,7 +13,8 @@ QGridLayout* elements(Arranger& place, std::string_view array, int columns) {
   const int count = static_cast<int>(indices.size());
   const int lines = (count + columns - 1) / columns;
   auto* grid = new QGridLayout;
-  grid->setSpacing(gap);
+  grid->setHorizontalSpacing(gap);
+  grid->setVerticalSpacing(line_gap);
   grid->setContentsMargins(0, 0, 0, 0);
   for (int i = 0; i < count; ++i) {
     grid->addWidget(place(array, indices[static_cast<std::size_t>(i)]), i % lines, i / lines);

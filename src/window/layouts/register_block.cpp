@@ -35,7 +35,7 @@ QGridLayout* table() {
   auto* grid = new QGridLayout;
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setHorizontalSpacing(gap);
-  grid->setVerticalSpacing(gap / 3);
+  grid->setVerticalSpacing(line_gap);
   return grid;
 }
 

@@ -54,7 +54,7 @@ class FilterTable {
  public:
   explicit FilterTable(Arranger& place) : place_(place) {
     grid_->setHorizontalSpacing(gap);
-    grid_->setVerticalSpacing(gap);
+    grid_->setVerticalSpacing(line_gap);
   }
   // A caption with its box in the next line of a third, and a lamp behind it. Without one, -1.
   void add(int third, int caption, QWidget* box, int lamp = -1, const LampWords& words = action_words) {

@@ -38,7 +38,7 @@ void add_row(Arranger& place, QGridLayout& grid, int line, int register_row) {
 QWidget* register_tab(Arranger& place, int tab) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(gap);
-  grid->setVerticalSpacing(gap / 3);
+  grid->setVerticalSpacing(line_gap);
   constexpr int head_columns[] = {1, 2, 4, 5};
   for (int head = 0; head < 4; ++head) {
     auto* label = place.as<QLabel>("Label2", head);
