@@ -91,6 +91,10 @@ void stop(Program& program) {
   for (Control* button : stop_buttons(program)) button->raise(forms::Event::Click);
 }
 
+bool keeps_its_texts(const Form& form) {
+  return form.name() == "frmProxOff";
+}
+
 // A script panel that isn't loaded asks for a file as it loads.
 void open_script(Program& program, Form& form) {
   Form* panel = base_name(form) == script_panel ? &form : program.forms.loaded(script_panel);
@@ -106,7 +110,11 @@ void choose_sensor(Program& program) {
   const std::vector<Form*> loaded = program.forms.all_loaded();
   program.forms.touch(start_list).Show();
   for (auto form = loaded.rbegin(); form != loaded.rend(); ++form) {
-    if (!stays(**form)) program.forms.unload(**form);
+    if (keeps_its_texts(**form)) {
+      (*form)->Hide();
+    } else if (!stays(**form)) {
+      program.forms.unload(**form);
+    }
   }
 }
 

@@ -34,6 +34,8 @@ void stop(varzelin::Program& program);
 
 // Asks for a script file, in the form when it is a script panel.
 void open_script(varzelin::Program& program, forms::Form& form);
+// What was typed into it is kept until the program ends: it is hidden where others are unloaded.
+bool keeps_its_texts(const forms::Form& form);
 // Unloads the panel with what belongs to it, and shows the start list.
 void choose_sensor(varzelin::Program& program);
 // Leaves by the panel's own exit; the program ends in any case.

@@ -39,8 +39,16 @@ inline QString name_of(const forms::Form& form) {
   return {};
 }
 
-// A double click on it turns the layout of a window, which nothing in it tells of.
-inline constexpr const char* layout_turner = "Label13";
+// Labels whose double click nothing in a window tells of, nor a key reaches; an entry of the menu does the
+// same.
+struct HiddenDoubleClick {
+  const char* label;
+  const char* text;
+};
+inline constexpr std::array hidden_double_clicks{
+    HiddenDoubleClick{"Label13", "&Full or Short Layout"},
+    HiddenDoubleClick{"lblOffset", "Proximity &Offset Constants"},
+};
 
 inline void bring_forward(QWidget& window) {
   window.showNormal();

@@ -75,11 +75,12 @@ MenuOfWindow Windows::windows_menu(forms::Form& of_window) {
   }
   menu.entries.push_back({"Bus &Trace", [this] { open_bus_trace(); }});
   if (bench_) menu.entries.push_back({"Simulated &Bench", [this] { bring_forward(*bench_); }});
-  const forms::Control* turner = of_window.find(layout_turner);
-  if (turner && turner->handles(forms::Event::DblClick)) {
+  for (const HiddenDoubleClick& each : hidden_double_clicks) {
+    const forms::Control* label = of_window.find(each.label);
+    if (!label || !label->handles(forms::Event::DblClick)) continue;
     menu.entries.push_back(
-        {"&Full or Short Layout", in_loop(as_long_as_loaded(of_window), [](forms::Form& form) {
-           forms::user::double_click(*form.find(layout_turner));
+        {each.text, in_loop(as_long_as_loaded(of_window), [name = each.label](forms::Form& form) {
+           forms::user::double_click(*form.find(name));
          })});
   }
   return menu;
@@ -140,7 +141,8 @@ void Windows::guard_exit(FormWindow& form_window) {
 void Windows::close_by_user(FormWindow& form_window) {
   constexpr const char* workbench = "frmI2C_General";
   forms::Form& form = form_window.form();
-  if (form.name() == workbench && opened_from_menu_.contains(workbench)) {
+  const bool beside_a_panel = form.name() == workbench && opened_from_menu_.contains(workbench);
+  if (beside_a_panel || keeps_its_texts(form)) {
     program_.forms.hide(form);
     if (!program_.forms.front()) program_.runtime.end();
   } else if (&form == sensor_panel(program_)) {

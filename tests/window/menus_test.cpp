@@ -1,5 +1,6 @@
 // The menus that every window has, their keys, and what becomes of readings when the program is left.
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -204,6 +205,33 @@ TEST_F(WindowMenus, AnotherSensorIsChosenWithoutARestart) {
   EXPECT_TRUE(window_of("frmKVT71385").isVisible());
   EXPECT_EQ(board.mounted_model(), "KVT71385");
   EXPECT_FALSE(window_of("frmStartup").isVisible());
+}
+
+TEST_F(WindowMenus, TheOffsetConstantsAreReachedAndKeepWhatWasTyped) {
+  constexpr const char* constants = "frmProxOff";
+  const auto typed = [&] { return widget<QLineEdit>(constants, "txtProxOff(3)").text(); };
+  EXPECT_FALSE(entry("frmStartup", "Proximity Offset Constants"));
+  choose_model(5);
+  ASSERT_TRUE(entry("frmKVT71385", "Proximity Offset Constants"));
+  entry("frmKVT71385", "Proximity Offset Constants")->trigger();
+  turn();
+  ASSERT_TRUE(window_of(constants).isVisible());
+  widget<QLineEdit>(constants, "txtProxOff(3)").setText("200");
+  turn();
+  window_of(constants).close();
+  turn();
+  EXPECT_FALSE(window_of(constants).isVisible());
+  entry("frmKVT71385", "Proximity Offset Constants")->trigger();
+  turn();
+  EXPECT_EQ(typed(), "200");
+  entry("frmKVT71385", "Choose a Sensor\u2026")->trigger();
+  turn();
+  EXPECT_FALSE(idle_turn_ends());
+  EXPECT_FALSE(window_of(constants).isVisible());
+  choose_model(5);
+  entry("frmKVT71385", "Proximity Offset Constants")->trigger();
+  turn();
+  EXPECT_EQ(typed(), "200");
 }
 
 TEST_F(WindowMenus, ASensorIsChosenOutOfARunningCollection) {
