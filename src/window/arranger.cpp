@@ -13,6 +13,7 @@
 #include "forms/controls.h"
 #include "window/caption_button.h"
 #include "window/look.h"
+#include "window/names.h"
 
 namespace window {
 namespace {
@@ -150,7 +151,7 @@ Arranger::Field Arranger::field(std::string_view label, QWidget* widget) {
 
 Arranger::Field Arranger::field(std::string_view label, int index, QWidget* widget) {
   auto* caption = as<QLabel>(label, index);
-  widget->setAccessibleName(caption->text().simplified());
+  name_by_label(*widget, *caption);
   return {caption, widget};
 }
 

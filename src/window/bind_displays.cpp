@@ -9,6 +9,7 @@
 #include "window/binding.h"
 #include "window/lamp.h"
 #include "window/look.h"
+#include "window/names.h"
 #include "window/picture_view.h"
 
 namespace window {
@@ -25,7 +26,7 @@ class LabelBinding final : public Binding {
   void show() override {
     const QString caption = to_plain_caption(label_.Caption.get());
     if (caption != text_->text()) {
-      text_->setText(caption);
+      set_label_text(*text_, caption);
       QAccessibleEvent said(text_, QAccessible::NameChanged);  // with a name of its own Qt tells no change
       if (!text_->accessibleName().isEmpty()) QAccessible::updateAccessibility(&said);
     }

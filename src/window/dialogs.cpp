@@ -1,6 +1,7 @@
 #include "window/dialogs.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -132,6 +133,14 @@ QString title_of(const forms::FileDialog& request, const QString& suffix) {
   return (request.title.empty() ? QString("Save") : "Save: " + to_qt(request.title)) + suffix;
 }
 
+// Qt names all parts of its file dialog but these. The desktop's own dialog has none of them.
+void name_drop_downs(const QFileDialog& dialog) {
+  for (const auto& [name, words] :
+       {std::pair("lookInCombo", "Look in"), std::pair("fileTypeCombo", "Files of type")}) {
+    if (auto* drop_down = dialog.findChild<QComboBox*>(name)) drop_down->setAccessibleName(words);
+  }
+}
+
 // Shown until the user has chosen a file that may be taken, or none.
 class FileQuestion final : public QFileDialog {
  public:
@@ -150,6 +159,7 @@ class FileQuestion final : public QFileDialog {
       selectNameFilter(filters.value(std::max(0, request.filter_index - 1), filters.front()));
     }
     setDefaultSuffix(to_qt(request.default_extension).remove('*'));
+    name_drop_downs(*this);
     propose(QFileInfo(to_qt(request.filename)));
     connect(this, &QDialog::finished, this, &FileQuestion::closed);
   }

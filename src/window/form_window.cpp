@@ -30,6 +30,7 @@ FormWindow::FormWindow(forms::Form& form, const Surroundings& around)
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
+  name_scroll_bars(*scroll, "the window");
   auto* whole = new QWidget;
   auto* parts = new QVBoxLayout(whole);
   parts->setContentsMargins(0, 0, 0, 0);

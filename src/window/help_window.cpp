@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "window/look.h"
+#include "window/names.h"
 
 namespace window {
 namespace {
@@ -52,6 +53,7 @@ HelpWindow::HelpWindow(const std::vector<MenuOfWindow>& menus, const QString& ti
   auto* page = new QTextBrowser(this);
   page->setObjectName("page");
   page->setAccessibleName("First steps and keys");
+  name_scroll_bars(*page, "the page");
   page->setHtml(first_steps + keys_of(menus) + other_keys);
   auto* outermost = new QVBoxLayout(this);
   outermost->setContentsMargins(gap, gap, gap, gap);

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "window/look.h"
+#include "window/names.h"
 
 namespace window {
 namespace {
@@ -29,6 +30,7 @@ LogView::LogView(const std::string& text, QWidget* parent) : QAbstractScrollArea
   setFocusPolicy(Qt::StrongFocus);
   viewport()->setBackgroundRole(QPalette::Base);
   viewport()->setCursor(Qt::IBeamCursor);
+  name_scroll_bars(*this, "the log");
   find_lines(0);
 }
 

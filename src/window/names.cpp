@@ -1,5 +1,6 @@
 #include "window/names.h"
 
+#include <QScrollBar>
 #include <array>
 
 namespace window {
@@ -37,6 +38,29 @@ std::string_view name_of(std::string_view form, std::string_view control) {
     if (each.control == control && (each.form.empty() || each.form == base)) return each.words;
   }
   return {};
+}
+
+namespace {
+
+constexpr const char* named_widget = "named_widget";
+
+}  // namespace
+
+void name_by_label(QWidget& widget, QLabel& label) {
+  widget.setAccessibleName(label.text().simplified());
+  label.setProperty(named_widget, QVariant::fromValue(&widget));
+}
+
+void set_label_text(QLabel& label, const QString& text) {
+  auto* named = label.property(named_widget).value<QWidget*>();
+  if (named && named->accessibleName() == label.text().simplified())
+    named->setAccessibleName(text.simplified());
+  label.setText(text);
+}
+
+void name_scroll_bars(const QAbstractScrollArea& area, const QString& what) {
+  area.verticalScrollBar()->setAccessibleName("Scroll " + what + " down");
+  area.horizontalScrollBar()->setAccessibleName("Scroll " + what + " sideways");
 }
 
 }  // namespace window

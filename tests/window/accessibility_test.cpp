@@ -5,6 +5,7 @@
 #include <QMetaEnum>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <map>
 #include <set>
@@ -198,6 +199,29 @@ TEST_F(WindowAccessibility, OptionsOfTheSameWordsTellTheirGroup) {
   EXPECT_EQ(accessible_name("OptGainMode(1)"),
             "Auto, " + widget<QGroupBox>("frmGainMode").title().toStdString());
   EXPECT_EQ(accessible_name("OptGain(1)"), widget<QRadioButton>("OptGain(1)").text().toStdString());
+}
+
+TEST_F(WindowAccessibility, ABoxIsCalledWhatTheLabelBesideItSaysNow) {
+  open(1);
+  auto& label = dynamic_cast<forms::Label&>(*program.forms.loaded(form)->find("Label16"));
+  EXPECT_EQ(accessible_name("txtReading"), "Lux Reading");
+  label.Caption = "Calc. Reading";
+  turn();
+  EXPECT_EQ(accessible_name("txtReading"), "Calc. Reading");
+  widget<QLineEdit>("txtReading").setAccessibleName("A name of its own");
+  label.Caption = "Lux Reading";
+  turn();
+  EXPECT_EQ(accessible_name("txtReading"), "A name of its own");
+}
+
+TEST_F(WindowAccessibility, BarsThatScrollSayWhat) {
+  show("frmI2C_General");
+  for (const char* bar : {"Scroll the log down", "Scroll the log sideways", "Scroll the window down"}) {
+    bool found = false;
+    for (const QScrollBar* each : window_of("frmI2C_General").findChildren<QScrollBar*>())
+      found = found || each->accessibleName() == bar;
+    EXPECT_TRUE(found) << bar;
+  }
 }
 
 TEST_F(WindowAccessibility, ADropDownHasItsNameItsChoiceAndRowsThatCanBePressed) {
