@@ -18,19 +18,29 @@ class Part {
 
   QString name() const;
   QString role() const;  // "push button", "radio button", "label", ...
+  QString description() const;
+  bool showing() const;
+  bool takes_focus() const;
   std::vector<Part> children() const;
   QStringList actions() const;
   // False: it has no such action.
   bool act(const QString& action) const;
-  // Replaces the text of a box.
+  // Of a box. Setting replaces it.
+  QString text() const;
   bool set_text(const QString& text) const;
+  // Of a slider or a box for a number.
+  void set_value(double value) const;
 
   // Calls visit(part) for this one and all below, parents first. False ends the walk.
   bool walk(const std::function<bool(const Part&)>& visit) const;
-  // The first below whose role and name are these; a name that ends in '*' is a beginning.
+  // The first below whose role and name are these; in the name '*' stands for anything.
   std::optional<Part> find(const QString& role, const QString& name) const;
+  // The same among those that are on screen.
+  std::optional<Part> find_showing(const QString& role, const QString& name) const;
 
  private:
+  bool has_state(int number) const;
+
   QDBusConnection bus_;
   QString service_;
   QString path_;
