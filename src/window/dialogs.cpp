@@ -52,20 +52,18 @@ QString title_of(const std::string& title, const QString& suffix) {
 
 namespace {
 
-// Where no window manager does it, the focus goes back by hand to where it was before a dialog.
+// Where no window manager does it, the focus goes back by hand to the window that had it before a dialog.
 class FocusComesBack {
  public:
-  FocusComesBack() : focus_(QApplication::focusWidget()) {}
+  FocusComesBack() : window_(QApplication::activeWindow()) {}
   ~FocusComesBack() {
-    if (!focus_) return;
-    focus_->activateWindow();
-    focus_->setFocus(Qt::ActiveWindowFocusReason);
+    if (window_) window_->activateWindow();
   }
   FocusComesBack(const FocusComesBack&) = delete;
   FocusComesBack& operator=(const FocusComesBack&) = delete;
 
  private:
-  QPointer<QWidget> focus_;
+  QPointer<QWidget> window_;
 };
 
 }  // namespace

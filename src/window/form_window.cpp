@@ -80,17 +80,7 @@ void FormWindow::arrange() {
   run_state_ = findChild<QLabel*>(run_state_name);
   show_run_state();
   show_all();
-  take_focus(set_tab_order(*centralWidget()));
-}
-
-// The first widget to work with has the focus when the window comes, unless the layout chose another.
-void FormWindow::take_focus(const std::vector<QWidget*>& stops) {
-  if (focusWidget()) return;
-  for (QWidget* stop : stops) {
-    if (!stop->isEnabledTo(this) || !stop->isVisibleTo(this)) continue;
-    stop->setFocus(Qt::TabFocusReason);
-    return;
-  }
+  set_tab_order(*centralWidget());
 }
 
 namespace {

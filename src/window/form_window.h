@@ -61,7 +61,6 @@ class FormWindow final : public QMainWindow {
   void make_widgets();
   void arrange();
   void name_widgets();
-  void take_focus(const std::vector<QWidget*>& stops);
   void take_size();
 
   forms::Form& form_;

@@ -5,6 +5,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <algorithm>
+#include <vector>
 
 namespace window {
 namespace {
@@ -62,13 +63,12 @@ class Walk {
 
 }  // namespace
 
-std::vector<QWidget*> set_tab_order(QWidget& content) {
+void set_tab_order(QWidget& content) {
   Walk walk;
   walk.through(content);
   for (std::size_t i = 1; i < walk.stops.size(); ++i) {
     QWidget::setTabOrder(walk.stops[i - 1], walk.stops[i]);
   }
-  return walk.stops;
 }
 
 }  // namespace window

@@ -119,6 +119,12 @@ TEST_F(WindowAccessibility, WhatTakesTheFocusHasARole) {
   }
 }
 
+TEST_F(WindowAccessibility, AChartAndThePagesHaveTheirRoles) {
+  open(1);
+  EXPECT_EQ(role_of(tree_of(widget<QWidget>("Picture1"))), "Chart");
+  EXPECT_EQ(role_of(tree_of(pages())), "Grouping");
+}
+
 TEST_F(WindowAccessibility, EveryLampSaysWhatItsColourMeansThere) {
   int lamps = 0;
   for (QWidget* window : all_windows()) {

@@ -76,17 +76,6 @@ TEST_F(WindowKeyboard, ACollectionGoesOnWhileTheTabKeyGoesThroughItsPanel) {
   EXPECT_EQ(widget<QLabel>("frmKVT71346", "Label18").text(), "Data Collection Halted");
 }
 
-TEST_F(WindowKeyboard, TheFocusBeginsOnTheFirstWidgetToWorkWith) {
-  const std::map<std::string, std::string> first{
-      {"frmStartup", "cboDeviceSelect"}, {"frmAbout2", "cmdOK"},        {"frmI2C_General", "ChKManUsbConn"},
-      {"frmGPIO", "chkOutEn(0)"},        {"frmScriptOps", "vbalGrid1"}, {"frmKVT71346", "lst_MainOptions"},
-      {"frmKVT71385", "OptMode(2)"}};
-  for (const auto& [form, widget] : first) {
-    front(form);
-    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), widget);
-  }
-}
-
 TEST_F(WindowKeyboard, ABoxLeavesTheFocusWhereItWas) {
   choose_model(0);
   auto& write = widget<QPushButton>("frmKVT71346", "cmdStartRec(0)");
@@ -128,6 +117,37 @@ void expect_reading_order(const std::vector<QWidget*>& stops, const QWidget& con
     before = stop;
   }
   EXPECT_EQ(back.size(), 1u) << ::testing::PrintToString(back);
+}
+
+TEST_F(WindowKeyboard, TheFocusBeginsOnTheFirstWidgetToWorkWith) {
+  const std::map<std::string, std::string> first{
+      {"frmStartup", "cboDeviceSelect"}, {"frmAbout2", "cmdOK"},        {"frmI2C_General", "ChKManUsbConn"},
+      {"frmGPIO", "chkOutEn(0)"},        {"frmScriptOps", "vbalGrid1"}, {"frmKVT71346", "lst_MainOptions"},
+      {"frmKVT71385", "OptMode(2)"}};
+  for (const auto& [form, widget] : first) {
+    front(form);
+    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), widget);
+  }
+  for (const std::string& form : program.forms.names()) {
+    const QWidget& content = *front(form).centralWidget();
+    const std::vector<QWidget*> stops = tab_stops();
+    for (std::size_t i = 1; i < stops.size() && form != "frmAbout2"; ++i) {
+      EXPECT_TRUE(reads_on(place_of(*stops[i - 1], content), place_of(*stops[i], content)))
+          << form << " begins at " << stops.front()->objectName().toStdString() << ", not at "
+          << stops[i]->objectName().toStdString();
+    }
+  }
+}
+
+// Not column by column.
+TEST_F(WindowKeyboard, TheTabKeyGoesThroughATableLineByLine) {
+  front("frmI2C_General");
+  const std::vector<QWidget*> stops = tab_stops();
+  const auto place = [&](const char* name) {
+    return std::ranges::find(stops, &widget<QWidget>("frmI2C_General", name)) - stops.begin();
+  };
+  EXPECT_LT(place("txtBWrite(0)"), place("Reg_Adr(0)"));
+  EXPECT_LT(place("Reg_Adr(0)"), place("txtBWrite(1)"));
 }
 
 TEST_F(WindowKeyboard, TheTabKeyGoesInReadingOrderThroughWhatCanBeSeen) {

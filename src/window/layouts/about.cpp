@@ -32,7 +32,6 @@ QLayout* arrange_about_box(Arranger& place) {
   emblem->setFixedSize(emblem->sizeHint());
   QLayout* what = column({heading(place, "lblTitle", -1, 1.4), place("lblVersion"),
                           paragraph(place, "lblDescription"), Part::room()});
-  place("cmdOK")->setFocus(Qt::TabFocusReason);
   return column({row({emblem, {what, 1}}), heading(place, "lblDisclaimer", 0, 1),
                  paragraph(place, "lblDisclaimer", 1), paragraph(place, "lblLibraries"), Part::room(),
                  row({place("cmdSysInfo"), Part::room(), place("cmdOK")})});
