@@ -13,6 +13,7 @@
 #include "forms/controls.h"
 #include "window/caption_button.h"
 #include "window/look.h"
+#include "window/mnemonics.h"
 #include "window/names.h"
 
 namespace window {
@@ -188,6 +189,7 @@ QLayout* Arranger::in_turn(QWidget* one, QWidget* other) {
   place->setContentsMargins(0, 0, 0, 0);
   place->addWidget(keep_room(one), 0, 0);
   place->addWidget(keep_room(other), 0, 0);
+  may_share_keys(*one, *other);
   return place;
 }
 

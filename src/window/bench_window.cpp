@@ -17,6 +17,7 @@
 #include "boards/simulated/simulated_board.h"
 #include "window/caption_button.h"
 #include "window/look.h"
+#include "window/mnemonics.h"
 
 namespace window {
 namespace {
@@ -101,6 +102,7 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
   outermost->addWidget(board_box);
   outermost->addStretch();
 
+  mark_keys(*this);
   auto* refresh = new QTimer(this);
   connect(refresh, &QTimer::timeout, this, [this] {
     if (isVisible()) show_board();

@@ -27,8 +27,9 @@ constexpr const char* other_keys =
     "reaches. "
     "The arrows move the cursor of a list or a table, Enter or the space bar chooses its row. Enter and the "
     "space bar "
-    "press a button, Alt with the underlined letter does so from anywhere in the window. In a box that waits "
-    "for a "
+    "press a button, Alt with the underlined letter or digit does so from anywhere in the window. In a table "
+    "of registers the letters of \"Write\" and \"Read\" lead to the first button, and the arrows go on among "
+    "the buttons. In a box that waits for a "
     "click Ctrl+Enter is the click, Ctrl+Shift+Enter the double click. Escape closes the windows that only "
     "show "
     "something.</p>";

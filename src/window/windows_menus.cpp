@@ -48,7 +48,7 @@ MenuOfWindow Windows::program_menu(const FindForm& of_window) {
   const auto open_file = in_loop(of_window, [this](forms::Form& form) { open_script(program_, form); });
   const auto leave_program = [this] { leave([this] { act_when_stopped([this] { quit(program_); }); }); };
   return {
-      "&Program",
+      "Progra&m",
       {{"&Start", start, Qt::Key_F5,
         [this, of_window] {
           const forms::Form* form = of_window();

@@ -5,13 +5,10 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPlainTextEdit>
-#include <QTableWidget>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QUrl>
 #include <fstream>
-#include <set>
 
 #include "forms/text.h"
 #include "forms/user.h"
@@ -453,51 +450,6 @@ TEST_F(WindowMenus, AScriptDroppedOnItsPanelIsLoaded) {
   with_words.ignore();
   QApplication::sendEvent(&script, &with_words);
   EXPECT_FALSE(with_words.isAccepted());
-}
-
-QChar key_of(const QString& caption) {
-  for (qsizetype i = 0; i + 1 < caption.size(); ++i) {
-    if (caption[i] != '&') continue;
-    if (caption[i + 1] != '&') return caption[i + 1].toUpper();
-    ++i;
-  }
-  return {};
-}
-
-// Where more buttons than letters are, one stays without: none of its letters is free then.
-TEST_F(WindowMenus, EveryButtonAndMenuHasAKeyOfItsOwnAsFarAsLettersGo) {
-  for (const std::string& form : program.forms.names()) {
-    show(form);
-    QStringList captions;
-    for (const QAction* menu : window_of(form).menuBar()->actions()) captions << menu->text();
-    for (const QPushButton* button : window_of(form).findChildren<QPushButton*>()) captions << button->text();
-    std::set<QChar> keys;
-    for (const QString& caption : captions) {
-      const QChar key = key_of(caption);
-      if (key.isNull()) continue;
-      EXPECT_TRUE(keys.insert(key).second) << form << " " << caption.toStdString();
-    }
-    int without = 0;
-    for (const QString& caption : captions) {
-      if (!key_of(caption).isNull()) continue;
-      ++without;
-      for (const QChar letter : caption) {
-        EXPECT_FALSE(letter.isLetter() && !keys.contains(letter.toUpper()))
-            << form << " " << caption.toStdString();
-      }
-    }
-    EXPECT_TRUE(without == 0 || captions.size() > 20) << form;
-  }
-}
-
-TEST_F(WindowMenus, AKeyStaysWithItsButtonWhenAnotherCaptionChanges) {
-  open_panel();
-  auto& start = widget<QPushButton>(panel, "cmdCollectData");
-  const QChar key = key_of(widget<QPushButton>(panel, "cmdSample").text());
-  collect_and_stop();
-  EXPECT_EQ(key_of(widget<QPushButton>(panel, "cmdSample").text()), key);
-  EXPECT_FALSE(key_of(start.text()).isNull());
-  EXPECT_EQ(QString(start.text()).remove('&'), "Collect Data Graphical Real Time Data");
 }
 
 // The README's first steps, by keys alone.

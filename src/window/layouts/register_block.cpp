@@ -9,6 +9,7 @@
 #include "window/arranger.h"
 #include "window/caption_button.h"
 #include "window/look.h"
+#include "window/mnemonics.h"
 
 namespace window {
 namespace {
@@ -75,8 +76,13 @@ QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& 
   constexpr int column_gap = 4;
   QGridLayout* grid = table();
   grid->setHorizontalSpacing(column_gap);
-  grid->addWidget(place.text("Write"), write_box_cell, 0);
-  grid->addWidget(place.text("Read"), read_box_cell, 0);
+  QLabel* write = place.text("Write");
+  QLabel* read = place.text("Read");
+  grid->addWidget(write, write_box_cell, 0);
+  grid->addWidget(read, read_box_cell, 0);
+  lead_to(*write, *columns.front().write_button);
+  lead_to(*read, *columns.front().read_button);
+  std::vector<QAbstractButton*> buttons;
   int at = 0;
   int widest = 0;
   for (const RegisterLine& column : columns) {
@@ -86,11 +92,13 @@ QGridLayout* register_columns(Arranger& place, const std::vector<RegisterLine>& 
     for (const auto& [button, words] :
          {std::pair{column.write_button, "Write "}, {column.read_button, "Read "}}) {
       place.digits(byte_digits, button)->setAccessibleName(words + column.name);
+      buttons.push_back(button);
     }
     int cell = 0;
     for (QWidget* widget : cells_of(column)) grid->addWidget(widget, cell++, at, Qt::AlignHCenter);
     widest = std::max(widest, column.label->sizeHint().width());
   }
+  go_by_arrows(buttons);
   for (; at > 0; --at) grid->setColumnMinimumWidth(at, widest);
   grid->setRowStretch(static_cast<int>(cells_of({}).size()), 1);
   return grid;
