@@ -200,7 +200,7 @@ QWidget* Arranger::lines(int count, std::string_view button, int index) {
 }
 
 QWidget* Arranger::list_rows(int count, QWidget* list) {
-  const int frame = 2 * list->style()->pixelMetric(QStyle::PM_DefaultFrameWidth) + 2;
+  const int frame = 2 * list->style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
   list->setFixedHeight(count * list->fontMetrics().height() + frame);
   constexpr int characters = 16;
   list->setMinimumWidth(characters * list->fontMetrics().averageCharWidth());

@@ -7,6 +7,7 @@
 #include <QTableWidget>
 
 #include <functional>
+#include <optional>
 
 #include "forms/grid.h"
 #include "window/binding.h"
@@ -73,6 +74,14 @@ class Table final : public QTableWidget {
     const int last = columnCount() - 1;
     const int needed = itemDelegate()->sizeHint(option, model()->index(row, last)).height() + grid_line;
     setRowHeight(row, std::max(needed, verticalHeader()->defaultSectionSize()));
+  }
+  // Of a window that has the room.
+  QSize sizeHint() const override {
+    constexpr int lines = 20;
+    constexpr int characters_of_last_column = 60;
+    const int columns = horizontalHeader()->sectionPosition(columnCount() - 1);
+    return {columns + characters_of_last_column * fontMetrics().averageCharWidth(),
+            horizontalHeader()->sizeHint().height() + lines * verticalHeader()->defaultSectionSize()};
   }
   int selected_row() const {
     const auto rows = selectionModel()->selectedRows();
@@ -201,10 +210,16 @@ class GridBinding final : public Binding {
     item->setData(Qt::AccessibleTextRole, verdict.isEmpty() ? QVariant() : text + ", " + verdict);
     item->setToolTip(text);
     item->setTextAlignment(to_qt(is_last(column) ? forms::Align::Left : cell.align));
-    const QColor ground = cell.back ? window::to_qt(*cell.back) : QColor();
-    item->setBackground(cell.back ? QBrush(ground) : QBrush());
-    const QColor ink = table_->palette().color(QPalette::Text);
-    item->setForeground(cell.back ? QBrush(readable(ink, ground)) : QBrush());
+    const auto ground = ground_of(cell);
+    item->setBackground(ground ? QBrush(*ground) : QBrush());
+    item->setForeground(ground ? QBrush(ink_on(*ground)) : QBrush());
+  }
+
+  // The system's colour of a button face is the platform's.
+  std::optional<QColor> ground_of(const forms::GridCell& cell) const {
+    if (!cell.back) return std::nullopt;
+    return *cell.back == forms::clr_button_face ? table_->palette().color(QPalette::Button)
+                                                : window::to_qt(*cell.back);
   }
 
   forms::Grid& grid_;

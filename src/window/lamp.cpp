@@ -40,13 +40,15 @@ void Lamp::paintEvent(QPaintEvent*) {
   const double diameter = std::min(width(), height()) - 2.0;
   const QRectF disc((width() - diameter) / 2, (height() - diameter) / 2, diameter, diameter);
   const bool off = forms::resolved(color_) == forms::clr_black;
-  const QColor color = off ? QColor(0x38, 0x38, 0x38) : to_qt(color_);
+  const bool on_dark = palette().color(QPalette::Window).lightness() < 128;
+  // On a dark window a dark lamp would look as an option to be marked.
+  const QColor unlit = on_dark ? QColor(0x70, 0x70, 0x70) : QColor(0x38, 0x38, 0x38);
+  const QColor color = off ? unlit : to_qt(color_);
   QRadialGradient glass(disc.center() - QPointF(diameter, diameter) * 0.18, diameter * 0.75);
-  glass.setColorAt(0, off ? QColor(0x60, 0x60, 0x60) : color.lighter(125));
+  glass.setColorAt(0, off ? unlit.lighter(160) : color.lighter(125));
   glass.setColorAt(0.6, color);
   glass.setColorAt(1, color.darker(125));
   painter.setBrush(isEnabled() ? QBrush(glass) : QBrush(palette().mid()));
-  const bool on_dark = palette().color(QPalette::Window).lightness() < 128;
   painter.setPen(QPen(on_dark ? QColor(0xB0, 0xB0, 0xB0) : QColor(0x28, 0x28, 0x28), 1.2));
   painter.drawEllipse(disc);
 }

@@ -48,10 +48,13 @@ double contrast(const QColor& text, const QColor& ground) {
   return (light + 0.05) / (dark + 0.05);
 }
 
+QColor ink_on(const QColor& ground) {
+  return contrast(Qt::black, ground) > contrast(Qt::white, ground) ? Qt::black : Qt::white;
+}
+
 QColor readable(const QColor& text, const QColor& ground, double least) {
   const QColor opaque = blended(ground, text, text.alphaF());
-  const bool black_is_better = contrast(Qt::black, ground) > contrast(Qt::white, ground);
-  const QColor end = black_is_better ? Qt::black : Qt::white;
+  const QColor end = ink_on(ground);
   constexpr int steps = 20;
   for (int step = 0; step < steps; ++step) {
     const QColor tried = blended(opaque, end, step / static_cast<double>(steps));
@@ -83,7 +86,8 @@ void make_readable(QPalette& colors) {
     for (const auto& [text, ground] : {std::pair<Role, Role>{QPalette::WindowText, QPalette::Window},
                                        {QPalette::Text, QPalette::Base},
                                        {QPalette::ButtonText, QPalette::Button},
-                                       {QPalette::PlaceholderText, QPalette::Base}}) {
+                                       {QPalette::PlaceholderText, QPalette::Base},
+                                       {QPalette::PlaceholderText, QPalette::Button}}) {
       change(group, text, ground);
     }
     // What is chosen is told by its ground, so that the ground gives way.

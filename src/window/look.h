@@ -30,6 +30,8 @@ inline QString to_qt(const std::string& text) {
 double contrast(const QColor& text, const QColor& ground);
 inline constexpr double least_contrast = 4.5;
 inline constexpr double least_outline_contrast = 3;
+// Black or white, whichever is read better on the ground.
+QColor ink_on(const QColor& ground);
 // The colour itself where it has the contrast on the ground, else the nearest to it that has.
 QColor readable(const QColor& text, const QColor& ground, double least = least_contrast);
 // A text's colour, and the one of its ground. Without a value the platform's own.

@@ -68,6 +68,7 @@ struct WindowContrast : PanelWindow, ::testing::WithParamInterface<bool> {
       expect_readable(widget, where, QPalette::HighlightedText, QPalette::Highlight);
     } else if (on_button) {
       expect_readable(widget, where, QPalette::ButtonText, QPalette::Button);
+      expect_readable(widget, where, QPalette::PlaceholderText, QPalette::Button);
     } else {
       expect_readable(widget, where, QPalette::WindowText, QPalette::Window);
     }
@@ -160,6 +161,15 @@ TEST_P(WindowContrast, OfTheOutlineOfWhatIsToBeMarked) {
   }
 }
 
+// As dark as the window it would look as an option to be marked.
+TEST_P(WindowContrast, OfALampThatIsOff) {
+  open(0);
+  auto& lamp = widget<window::Lamp>("ShpAttach");
+  lamp.set_color(forms::clr_black);
+  const QColor middle = lamp.grab().toImage().pixelColor(lamp.rect().center());
+  EXPECT_GE(window::contrast(middle, lamp.palette().color(QPalette::Window)), window::least_outline_contrast);
+}
+
 // A desktop whose palette the test chooses.
 struct Desktop final : window::HouseStyle {
   QPalette chosen;
@@ -225,16 +235,18 @@ TEST_P(WindowContrastOnADesktop, ALabelInAColourKeepsItsContrast) {
   }
 }
 
-TEST_P(WindowContrastOnADesktop, ACellOnAColourKeepsItsContrast) {
+TEST_P(WindowContrastOnADesktop, ALineNumberStandsOnTheDesktopsGround) {
   form = "frmScriptOps";
   show(form);
-  static_cast<frmScriptOps*>(program.forms.loaded(form))->vbalGrid1.set_back(1, 2, forms::QBColor(8));
+  static_cast<frmScriptOps*>(program.forms.loaded(form))->vbalGrid1.set_back(1, 1, forms::clr_button_face);
   turn();
-  turn_to(!GetParam());
-  turn();
-  const QTableWidgetItem& cell = *widget<QTableWidget>("vbalGrid1").item(0, 1);
-  const QColor platforms = QApplication::palette().color(QPalette::Text);
-  EXPECT_EQ(cell.foreground().color(), window::readable(platforms, cell.background().color()));
+  for (const bool dark : {!GetParam(), GetParam()}) {
+    turn_to(dark);
+    turn();
+    const QTableWidgetItem& cell = *widget<QTableWidget>("vbalGrid1").item(0, 0);
+    EXPECT_EQ(cell.background().color(), QApplication::palette().color(QPalette::Button));
+    EXPECT_EQ(cell.foreground().color(), dark ? Qt::white : Qt::black);
+  }
 }
 
 const auto palette_name = [](const auto& param) { return param.param ? "Dark" : "Light"; };

@@ -4,6 +4,7 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
@@ -192,6 +193,15 @@ TEST_F(WindowOfProgram, AProgramWithNothingOnScreenEndsInItsMainLoop) {
   program.runtime.post([&] { program.forms.loaded("frmStartup")->Hide(); });
   program.runtime.run(program.forms);
   EXPECT_TRUE(program.runtime.ended());
+}
+
+// Of the next row nothing is seen.
+TEST_F(WindowOfProgram, AListIsAsHighAsItsRows) {
+  choose_model(0);
+  for (const auto& [name, rows] : {std::pair{"LstDeviceSel", 4}, {"lst_MainOptions", 6}, {"LstMode2", 3}}) {
+    const auto& list = widget<QListWidget>("frmKVT71346", name);
+    EXPECT_EQ(list.viewport()->height(), rows * list.visualItemRect(list.item(0)).height()) << name;
+  }
 }
 
 TEST_F(WindowOfProgram, ABarShowsHowFarAScriptIs) {

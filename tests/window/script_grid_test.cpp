@@ -55,6 +55,12 @@ TEST_F(WindowScriptGrid, CommentsStandAtTheLeftBelowTheirHeader) {
   EXPECT_EQ(table().item(0, frmScriptOps::wr_column - 1)->textAlignment(), Qt::AlignCenter);
 }
 
+TEST_F(WindowScriptGrid, AWindowWithTheRoomShowsTwentyLines) {
+  EXPECT_GE(table().sizeHint().height(), 20 * line_height());
+  const int last = table().horizontalHeader()->sectionPosition(frmScriptOps::comment_column - 1);
+  EXPECT_GE(table().sizeHint().width() - last, table().fontMetrics().horizontalAdvance(QString(40, 'n')));
+}
+
 TEST_F(WindowScriptGrid, ARowGrowsWithItsCommentAlone) {
   write(1, frmScriptOps::comment_column, "# short");
   write(2, frmScriptOps::comment_column, long_comment);

@@ -90,6 +90,18 @@ TEST_F(StatusLine, IsInSightWhateverTheWindowsSize) {
   }
 }
 
+TEST_F(StatusLine, HasRoomForTheWordsOfTheControlRegister) {
+  open(0);
+  window_of(form).resize(1366, 680);
+  for (const char* words : {"Control Register Not Initialized", "Control Register set to 8C Hex"}) {
+    dynamic_cast<forms::Label&>(*program.forms.loaded(form)->find("lblRegSet")).Caption = words;
+    turn();
+    settle();
+    const auto& label = widget<QLabel>("lblRegSet");
+    EXPECT_GE(label.width(), label.sizeHint().width()) << words;
+  }
+}
+
 TEST_F(StatusLine, NothingMovesWhenAVerdictOrLongWordsAppear) {
   open(1);
   window_of(form).resize(1366, 680);

@@ -13,6 +13,7 @@
 #include "window/layouts/pages.h"
 #include "window/layouts/panel.h"
 #include "window/layouts/register_block.h"
+#include "window/look.h"
 
 namespace window {
 namespace {
@@ -87,8 +88,10 @@ QLayout* interrupt(Arranger& place) {
 QLayout* triggered(Arranger& place) {
   QLayout* cycles = place.fields({place.field("lblICycHex", place.digits(7, place("txtICycHex"))),
                                   place.field("lblICYCDec", place.digits(7, place("txtICYCDec")))});
-  return row(
-      {column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
+  QBoxLayout* both =
+      row({column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
+  both->setSpacing(4 * gap);
+  return both;
 }
 
 QTabWidget* pages_below_chart(Arranger& place) {

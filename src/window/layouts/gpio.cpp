@@ -17,6 +17,7 @@ struct Port {
 QLayout* boxes_of(Arranger& place, const Port& port) {
   QBoxLayout* boxes = column({});
   for (int i = 0; i < port.count; ++i) boxes->addWidget(place(port.boxes, i));
+  boxes->setSpacing(line_gap);
   return boxes;
 }
 
@@ -52,9 +53,9 @@ QGridLayout* bytes_of(Arranger& place, const QString& group, const char* boxes, 
 
 QLayout* arrange_gpio(Arranger& place) {
   const auto ports = [&](const Port& b, const Port& c, const Port& leds, QGridLayout* bytes) {
-    return row({column({boxes_of(place, b), Part::room()}),
-                column({boxes_of(place, c), boxes_of(place, leds), Part::room()}),
-                column({bytes, Part::room()})});
+    QBoxLayout* c_and_leds = column({boxes_of(place, c), boxes_of(place, leds), Part::room()});
+    c_and_leds->setSpacing(line_gap);
+    return row({column({boxes_of(place, b), Part::room()}), c_and_leds, column({bytes, Part::room()})});
   };
   auto* enables = place.frame("Frame1", ports({"chkOutEn", 8}, {"chkOutEnc", 4}, {"ChLed1", 2},
                                               bytes_of(place, "Enable", "txtPCHex", 2, comparison_words)));

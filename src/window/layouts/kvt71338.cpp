@@ -84,9 +84,15 @@ QGroupBox* both_scales(Arranger& place) {
   const auto scale = [&](const char* label, const char* box, int digits) {
     return place.field(label, place.digits(digits, place(box))).widget;
   };
+  const auto align = [&](const char* label, const char* below) {
+    place(label)->setMinimumWidth(place(below)->sizeHint().width());
+  };
+  align("lblScale", "lblScale2");
+  align("lblScaleMin", "lblScaleMin2");
   QWidget* maximum = scale("lblScale2", "txtScale2", 6);
   QWidget* minimum = scale("lblScaleMin2", "txtScaleMin2", 5);
   QGroupBox* chart = chart_group(place);
+  place.digits(5, place("txtScaleMin"));  // as the one below it
   static_cast<QBoxLayout*>(chart->layout())
       ->insertLayout(1, row({place("lblScale2"), maximum, Part::room(), place("lblScaleMin2"), minimum}));
   return chart;
@@ -155,8 +161,10 @@ QLayout* registers(Arranger& place) {
 QLayout* triggered(Arranger& place) {
   QLayout* cycles = place.fields({place.field("lblICycHex", place.digits(7, place("txtICycHex"))),
                                   place.field("lblICYCDec", place.digits(7, place("txtICYCDec")))});
-  return row(
-      {column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
+  QBoxLayout* both =
+      row({column({triggered_reading(place), Part::room()}), column({cycles, Part::room()}), Part::room()});
+  both->setSpacing(4 * gap);
+  return both;
 }
 
 QTabWidget* pages_below_chart(Arranger& place) {

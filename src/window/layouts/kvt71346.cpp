@@ -4,6 +4,7 @@
 
 #include "window/arranger.h"
 #include "window/layouts/layouts.h"
+#include "window/layouts/options.h"
 #include "window/layouts/panel.h"
 #include "window/look.h"
 
@@ -17,17 +18,15 @@ QGroupBox* mode_frame(Arranger& place) {
   diodes->setAccessibleName("Diode");
   modes->setAccessibleName("Mode");
   return place.frame(
-      "frmMode",
-      column({row({column({place("OptMode", 0), place("OptMode", 1), place("OptMode", 2)}), {diodes, 1}}),
-              modes,
-              row({place("cmdSetMode"), Part::room(), place("lblModeByte"),
-                   place.field("lblModeByte", place.digits(3, place("txtModeByte"))).widget})}));
+      "frmMode", column({row({elements(place, "OptMode"), {column({diodes, Part::room()}), 1}}), modes,
+                         row({place("cmdSetMode"), Part::room(), place("lblModeByte"),
+                              place.field("lblModeByte", place.digits(3, place("txtModeByte"))).widget})}));
 }
 
 QLayout* left_column(Arranger& place) {
   QWidget* sections = place.list_rows(6, place("lst_MainOptions"));
   sections->setAccessibleName("Section of the panel");
-  auto* time_base = place.frame("frmTimeBase", column({place("OptTimeBase", 0), place("OptTimeBase", 1)}));
+  QGroupBox* time_base = option_frame(place, "frmTimeBase", "OptTimeBase");
   return column({place.group("Panel Section", column({sections})), device_frame(place), mode_frame(place),
                  time_base, Part::room()});
 }

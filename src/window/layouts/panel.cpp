@@ -115,10 +115,13 @@ QLayout* status_line(Arranger& place) {
   QBoxLayout* lamps =
       row({place.lamp(place("ShpAttach"), place("Label13"), link_words),
            place.lamp(place("ShpHandleStatus"), place("lblHandleStatus"), yes_words), verdict, heartbeat});
+  bool has_words = false;
   for (const char* words : {"lblRegSet", "lblRange"}) {
-    if (place.has(words)) lamps->addWidget(place.giving_way(place.as<QLabel>(words)), 1);
+    if (!place.has(words)) continue;
+    lamps->addWidget(place.keep_room(place.giving_way(place.as<QLabel>(words))), 1);
+    has_words = true;
   }
-  lamps->addStretch(1);
+  if (!has_words) lamps->addStretch(1);
   lamps->addWidget(place("lblCapturedReadings"));
   lamps->addWidget(count);
   lamps->setSpacing(2 * gap);

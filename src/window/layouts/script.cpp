@@ -68,8 +68,9 @@ QLayout* arrange_script_panel(Arranger& place) {
   QWidget* loaded = place.digits(12, place("txtScriptLine1"));
   QLayout* file = place.fields(
       {place.field("lblI2CAdr", place.digits(4, place("txtI2CAdr"))), place.field("lblScriptLine1", loaded)});
-  auto* script = place.group("Script", column({file, row({place("cmdReload2"), Part::room()})}));
-  auto* results = place.group("Results", counts(place));
+  auto* script =
+      place.group("Script", column({file, row({place("cmdReload2"), Part::room()}), Part::room()}));
+  auto* results = place.group("Results", column({counts(place), Part::room()}));
   QGroupBox* send = serial_frame(place, "fraSend", "optSend", "txtI2CAdrOut", "txtI2CIntAdrOut",
                                  "txtI2CBytesOut", "cmdSendSerial", "Send");
   QGroupBox* receive = serial_frame(place, "fraReceive", "optReceive", "txtI2CAdrIn", "txtI2CIntAdrIn",
