@@ -128,7 +128,7 @@ void BusTraceWindow::show_columns() {
   list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + gap);
   const int character = fontMetrics().averageCharWidth();
-  static constexpr std::array<int, BusTraceModel::Words> characters{8, 12, 5, 9, 18, 30};
+  static constexpr std::array<int, BusTraceModel::Words> characters{8, 12, 5, 9, 18, 40};
   for (int column = 0; column < BusTraceModel::Words; ++column) {
     list_->setColumnWidth(column, characters[static_cast<std::size_t>(column)] * character + 2 * gap);
   }
@@ -152,7 +152,7 @@ void BusTraceWindow::arrange() {
   outermost->addLayout(controls);
   outermost->addWidget(list_, 1);
   outermost->addWidget(summary_);
-  resize(on_screen(*this, {135 * fontMetrics().averageCharWidth(), 28 * fontMetrics().height()}));
+  resize(on_screen(*this, {145 * fontMetrics().averageCharWidth(), 28 * fontMetrics().height()}));
 }
 
 void BusTraceWindow::connect_widgets() {
