@@ -59,6 +59,9 @@ class CellLook final : public QStyledItemDelegate {
   }
 };
 
+// Above and below a row's text, together.
+constexpr int row_padding = 6;
+
 // A table whose cursor goes through the rows by the keys; a click, Enter or Space chooses one. A row may run
 // when it is chosen, so the cursor and the focus alone must not.
 class Table final : public QTableWidget {
@@ -72,8 +75,8 @@ class Table final : public QTableWidget {
     initViewItemOption(&option);
     option.rect.setSize({width - grid_line, rowHeight(row)});
     const int last = columnCount() - 1;
-    const int needed = itemDelegate()->sizeHint(option, model()->index(row, last)).height() + grid_line;
-    setRowHeight(row, std::max(needed, verticalHeader()->defaultSectionSize()));
+    const int text = itemDelegate()->sizeHint(option, model()->index(row, last)).height();
+    setRowHeight(row, std::max(text + row_padding, verticalHeader()->defaultSectionSize()));
   }
   // Of a window that has the room.
   QSize sizeHint() const override {
@@ -125,7 +128,7 @@ class GridBinding final : public Binding {
     adopt(table_);
     table_->setItemDelegate(new CellLook(table_));
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    const int line = table_->fontMetrics().height() + 6;
+    const int line = table_->fontMetrics().height() + row_padding;
     constexpr int most_lines = 8;  // the tool tip has the rest
     table_->verticalHeader()->setDefaultSectionSize(line);
     table_->verticalHeader()->setMaximumSectionSize(most_lines * line);

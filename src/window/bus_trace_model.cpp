@@ -1,5 +1,6 @@
 #include "window/bus_trace_model.h"
 
+#include <QApplication>
 #include <QBrush>
 #include <QFontDatabase>
 #include <algorithm>
@@ -21,7 +22,9 @@ QVariant alignment(int column) {
   return QVariant((column <= BusTraceModel::Time ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
-constexpr QColor failure_color(0xB0, 0x10, 0x10);
+QBrush failure_brush() {
+  return readable(QColor(0xB0, 0x10, 0x10), QApplication::palette().color(QPalette::Base));
+}
 
 }  // namespace
 
@@ -175,7 +178,7 @@ QVariant BusTraceModel::data(const QModelIndex& index, int role) const {
     case Qt::FontRole:
       return column == Bytes ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QVariant();
     case Qt::ForegroundRole:
-      return failed(*shown) ? QBrush(failure_color) : QVariant();
+      return failed(*shown) ? failure_brush() : QVariant();
     default:
       return {};
   }

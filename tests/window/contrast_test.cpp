@@ -5,6 +5,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QStyleOptionButton>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTest>
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include "script/script_panel.h"
 #include "support/panel_window.h"
 #include "support/sample_form.h"
+#include "window/bus_trace_window.h"
 #include "window/house_style.h"
 #include "window/look.h"
 
@@ -115,6 +117,22 @@ TEST_P(WindowContrast, OfACellOnTheColourOfItsVerdict) {
     const QTableWidgetItem& cell = *table.item(row, 1);
     EXPECT_GE(window::contrast(cell.foreground().color(), cell.background().color()), window::least_contrast)
         << row;
+  }
+}
+
+TEST_P(WindowContrast, OfATransferThatFailed) {
+  open(0);
+  entry(form, "Bus Trace")->trigger();
+  run("cmdCollectData", [this] {
+    if (board.plugged()) board.unplug();
+  });
+  windows.bus_trace()->refresh();
+  const auto& list = widget_in<QTableView>(*windows.bus_trace(), "transfers");
+  const QVariant ink = list.model()->index(list.model()->rowCount() - 1, 0).data(Qt::ForegroundRole);
+  ASSERT_TRUE(ink.isValid());
+  for (const auto ground : {QPalette::Base, QPalette::AlternateBase}) {
+    EXPECT_GE(window::contrast(ink.value<QBrush>().color(), list.palette().color(ground)),
+              window::least_contrast);
   }
 }
 

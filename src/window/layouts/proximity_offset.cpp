@@ -10,7 +10,8 @@ namespace window {
 
 QLayout* arrange_proximity_offset(Arranger& place) {
   auto* grid = new QGridLayout;
-  grid->setSpacing(gap);
+  grid->setHorizontalSpacing(gap);
+  grid->setVerticalSpacing(line_gap);
   grid->setColumnStretch(0, 1);
   for (int i = 0; place.has("txtProxOff", i); ++i) {
     auto* label = place.as<QLabel>("LblOffsetLables", i);

@@ -6,6 +6,7 @@
 
 #include "window/arranger.h"
 #include "window/layouts/layouts.h"
+#include "window/layouts/options.h"
 #include "window/look.h"
 
 namespace window {
@@ -95,15 +96,10 @@ QLayout* arrange_batch_panel(Arranger& place) {
     figures->addWidget(caption, i, 0);
     figures->addWidget(figure, i, 1);
   }
-  const auto options = [&](const char* frame, const char* array) {
-    QBoxLayout* buttons = column({});
-    for (int i = 0; place.has(array, i); ++i) buttons->addWidget(place(array, i));
-    return place.frame(frame, buttons);
-  };
-  return column(
-      {row({column({figures, Part::room()}),
-            column({options("fraSource", "OptSource"), options("fraPrxADJ", "OptPrxADJ"), Part::room()})}),
-       row({place("cmdScript1"), Part::room(), place("cmdWriteI2C"), place("cmdReadi2c")})});
+  return column({row({column({figures, Part::room()}),
+                      column({option_frame(place, "fraSource", "OptSource"),
+                              option_frame(place, "fraPrxADJ", "OptPrxADJ"), Part::room()})}),
+                 row({place("cmdScript1"), Part::room(), place("cmdWriteI2C"), place("cmdReadi2c")})});
 }
 
 }  // namespace window
