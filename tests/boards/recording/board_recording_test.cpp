@@ -204,12 +204,13 @@ TEST(BoardRecording, RefusesALineThatIsLongerThanAny) {
 TEST(BoardRecording, RefusesWhatIsNoRecording) {
   forms::VirtualClock clock;
   const std::string good = record().text;
-  for (const std::string& bad : {std::string(), std::string("hello\n"),
-                                 with(good, "recording 1", "recording 2"), with(good, "-> 0", "-> none"),
-                                 with(good, "-> 0 0.460", "-> 0 1e300"), with(good, "-> 0 0.460", "-> 0 -1"),
-                                 with(good, "02 A5 5A\n", "02 A5 5G\n"), with(good, "02 A5 5A\n", "102\n"),
-                                 with(good, "active 0 0 0", "active 0 7 0"), with(good, "active", "actve"),
-                                 with(good, "0.000 model", "model"), with(good, "attach ", "attach x")}) {
+  for (const std::string& bad :
+       {std::string(), std::string("hello\n"), with(good, "recording 1", "recording 2"),
+        with(good, "-> 0", "-> none"), with(good, "-> 0 0.460", "-> 0 1e300"),
+        with(good, "-> 0 0.460", "-> 0 -1"), with(good, "02 A5 5A\n", "02 A5 5G\n"),
+        with(good, "02 A5 5A\n", "102\n"), with(good, "active 0 0 0", "active 0 7 0"),
+        with(good, "active", "actve"), with(good, "0.000 model", "model"), with(good, "attach ", "attach x"),
+        with(good, "attach 257", "attach x -> 0 1")}) {
     std::istringstream in(bad);
     EXPECT_THROW(ReplayingBoard(in, clock), std::runtime_error) << bad;
   }
