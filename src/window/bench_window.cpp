@@ -43,7 +43,6 @@ BenchWindow::BenchWindow(boards::SimulatedBoard& board, const QString& title_suf
     : board_(board), model_(new QComboBox(this)) {
   setObjectName("Bench");
   setWindowTitle("Simulated Bench" + title_suffix);
-  close_by_escape(*this);
   const boards::Scene& scene = board.scene();
 
   auto* quantities = new QGridLayout;

@@ -67,7 +67,6 @@ BusTraceWindow::BusTraceWindow(boards::Driver& driver, const forms::Clock& clock
     : front_end_(front_end), trace_(driver, clock), model_(new BusTraceModel(trace_, this)) {
   setObjectName("BusTrace");
   setWindowTitle("Bus Trace" + title_suffix);
-  close_by_escape(*this);
   make_widgets();
   arrange();
   connect_widgets();

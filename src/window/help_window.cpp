@@ -1,6 +1,5 @@
 #include "window/help_window.h"
 
-#include <QShortcut>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
@@ -59,7 +58,6 @@ HelpWindow::HelpWindow(const std::vector<MenuOfWindow>& menus, const QString& ti
   auto* outermost = new QVBoxLayout(this);
   outermost->setContentsMargins(gap, gap, gap, gap);
   outermost->addWidget(page);
-  close_by_escape(*this);
   resize(on_screen(*this, {80 * fontMetrics().averageCharWidth(), 32 * fontMetrics().height()}));
 }
 

@@ -6,7 +6,6 @@
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QShortcut>
 #include <QWidget>
 #include <algorithm>
 #include <array>
@@ -128,10 +127,6 @@ QString lamp_words(forms::Color color) {
 QSize on_screen(const QWidget& window, QSize size) {
   constexpr QSize frame(8, 40);
   return size.boundedTo(window.screen()->availableSize() - frame);
-}
-
-void close_by_escape(QWidget& window) {
-  QObject::connect(new QShortcut(Qt::Key_Escape, &window), &QShortcut::activated, &window, &QWidget::close);
 }
 
 void set_look(QApplication& application) {

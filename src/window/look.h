@@ -63,9 +63,6 @@ QString lamp_words(forms::Color color);
 // As much of a window's size as its screen has room for.
 QSize on_screen(const QWidget& window, QSize size);
 
-// For windows that only show something.
-void close_by_escape(QWidget& window);
-
 // Style, icon and names of the application.
 void set_look(QApplication& application);
 

@@ -1,5 +1,6 @@
 #include "window/windows.h"
 
+#include <QShortcut>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -21,6 +22,7 @@ Windows::Windows(varzelin::Program& program, WindowFrontEnd& front_end, boards::
     title_suffix_ = QStringLiteral(" \u2014 ") + to_qt(program.driver.board_name());
     bench_ = std::make_unique<BenchWindow>(*bench, title_suffix_);
     add_keys(*bench_, menus_of_front());
+    close_by_escape(*bench_);
   }
   program_.forms.on_unloaded = [this](forms::Form& form) {
     if (shown_in_front_ == &form) shown_in_front_ = nullptr;
@@ -132,8 +134,16 @@ void Windows::open_bus_trace() {
     bus_trace_ = std::make_unique<BusTraceWindow>(program_.driver, program_.runtime.clock(), front_end_,
                                                   title_suffix_);
     add_keys(*bus_trace_, menus_of_front());
+    close_by_escape(*bus_trace_);
   }
   bring_forward(*bus_trace_);
+}
+
+void Windows::close_by_escape(QWidget& window) {
+  QObject::connect(new QShortcut(Qt::Key_Escape, &window), &QShortcut::activated, &window, [this, &window] {
+    window.close();
+    if (QWidget* front = front_window()) front->activateWindow();
+  });
 }
 
 void Windows::open(const std::string& form_name) {

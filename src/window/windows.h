@@ -74,6 +74,9 @@ class Windows {
   void take_scripts(FormWindow& form_window);
   void open(const std::string& form_name);
   void open_bus_trace();
+  // For windows that only show something. Where no window manager does it, the window of the form in front
+  // has the keyboard then.
+  void close_by_escape(QWidget& window);
   void open_help();
   void close_by_user(FormWindow& form_window);
   void close(forms::Form& form);

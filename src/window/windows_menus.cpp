@@ -95,6 +95,7 @@ void Windows::open_help() {
     const std::vector<MenuOfWindow> menus = menus_of_front();
     help_ = std::make_unique<HelpWindow>(menus, title_suffix_);
     add_keys(*help_, menus);
+    close_by_escape(*help_);
   }
   bring_forward(*help_);
 }

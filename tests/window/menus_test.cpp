@@ -452,49 +452,5 @@ TEST_F(WindowMenus, AScriptDroppedOnItsPanelIsLoaded) {
   EXPECT_FALSE(with_words.isAccepted());
 }
 
-// The README's first steps, by keys alone.
-TEST_F(WindowMenus, TheFirstStepsAreWalkedByTheKeyboard) {
-  const TemporaryFolder folder;
-  front("frmStartup");
-  press(Qt::Key_Space);
-  QWidget* list = QApplication::focusWidget();
-  press(Qt::Key_Return);
-  EXPECT_NE(QApplication::focusWidget(), list);
-  ASSERT_TRUE(program.forms.loaded(panel));
-  front(panel);
-  program.forms.touch<frmKVT71346>().txtFilePath.Text = folder.path("Data.txt");
-  const auto go_to = [&](const char* name) {
-    for (int i = 0; i < 100 && QApplication::focusWidget()->objectName() != name; ++i) press(Qt::Key_Tab);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), name);
-  };
-  go_to("Lst71346_Mode");
-  const int diode = 2;
-  for (int i = 0; i < 40 && static_cast<QListWidget*>(QApplication::focusWidget())->currentRow() != diode;
-       ++i) {
-    press(Qt::Key_Down);
-  }
-  press(Qt::Key_Return);
-  const int mode = program.forms.touch<frmKVT71346>().ModeIndex;
-  go_to("cmdCollectData");
-  QTimer user;
-  bool stopped = false;
-  QObject::connect(&user, &QTimer::timeout, &user, [&] {
-    if (stopped || program.store.Sample_Count < 40) return;
-    stopped = true;
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5, Qt::ShiftModifier);
-  });
-  user.start(0);
-  press(Qt::Key_Return);
-  turn();
-  EXPECT_TRUE(stopped);
-  EXPECT_GE(mode, 0);
-  go_to("cmdStartRec(0)");
-  press(Qt::Key_Return);
-  EXPECT_TRUE(status().contains("written")) << status().toStdString();
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::ControlModifier);
-  turn();
-  EXPECT_TRUE(idle_turn_ends());
-}
-
 }  // namespace
 }  // namespace varzelin::testing
