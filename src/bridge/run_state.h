@@ -1,14 +1,15 @@
-// How a panel's measuring goes: what a front end tells beside the panel's own labels, which say the same
-// through whatever ends a run.
+// How a form's work goes: what a front end tells beside the form's own labels, which say the same through
+// whatever ends a run.
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace varzelin {
 
 struct RunState {
-  enum class Kind { none, collection, timed };  // none: nothing has run since the panel was loaded
-  enum class End { by_user, board_gone, transfer_failed, run_time_error };
+  enum class Kind { none, collection, timed, test };  // none: nothing has run since the panel was loaded
+  enum class End { by_user, board_gone, transfer_failed, run_time_error, completed };
 
   Kind kind = Kind::none;  // of the present run, or of the last one
   bool runs = false;
@@ -27,6 +28,28 @@ class Measuring {
  public:
   virtual ~Measuring() = default;
   virtual RunState run_state() const = 0;
+};
+
+struct ScriptState {
+  enum class End { none, completed, by_user, by_failed_read };  // none: nothing has run since the load
+
+  bool runs = false;  // between the passes of a loop, too
+  End end = End::none;
+  std::int32_t row = 0;  // in execution, or the last one that was; 0: before the first
+  std::int32_t rows = 0;
+  std::int32_t loop = 0;    // the pass under way in a loop, from 1; 0: no loop runs
+  std::string passed = {};  // reads of this pass
+  std::string failed = {};
+  bool board_gone = false;
+  std::int32_t load_line = 0;   // the line that the last load came to
+  std::string load_error = {};  // what ended it; empty: the end of the file
+};
+
+// A form that runs scripts.
+class RunsScript {
+ public:
+  virtual ~RunsScript() = default;
+  virtual ScriptState script_state() const = 0;
 };
 
 }  // namespace varzelin

@@ -155,7 +155,10 @@ void frmScriptOps::compare_read(int row) {
 void frmScriptOps::read_failed() {
   count_up(txtRdFails);
   store.Fails_Now = forms::Val(txtRdFails.Text);
-  if (chkAOF.Value == 1 && store.Fails_Now > store.Fails_Before) store.AbortRequested = true_flag;
+  if (chkAOF.Value == 1 && store.Fails_Now > store.Fails_Before) {
+    store.AbortRequested = true_flag;
+    course_.read_ends_run = true;
+  }
 }
 
 void frmScriptOps::put_digits(std::size_t place, const std::string& digits, std::size_t position) {
@@ -218,12 +221,15 @@ void frmScriptOps::cmdExecAll_Click() {
   cmdExecAll.Enabled = false;
   cmdAbort.Enabled = true;
   workbench().cmdUSBConnect_Click();
+  course_.read_ends_run = false;
+  course_.row = 0;
   Script_Running = true_flag;
   DoEvents();
   store.Active_Form = this;
   txtRdFails.Text = "0";
   txtRdPass.Text = "0";
   for (int row = 1; row <= Script_Lines && is_loaded(); ++row) {
+    course_.row = row;
     // A load that failed can leave fewer rows than lines; the executor tells of those that miss.
     if (row <= vbalGrid1.Rows()) vbalGrid1.set_selected_row(row);
     vbalGrid1_SelectionChange(row, 1);
@@ -232,6 +238,10 @@ void frmScriptOps::cmdExecAll_Click() {
     DoEvents();
     if (store.AbortRequested != 0) break;
   }
+  using End = ScriptState::End;
+  const End aborted = course_.read_ends_run ? End::by_failed_read : End::by_user;
+  course_.end = store.AbortRequested == 0 ? End::completed : aborted;
+  course_.without_board = board_gone();
   cmdAbort.Enabled = false;
   txtRunning.Text = "Done";
   workbench().cmdUSBDisconnect_Click();
@@ -249,11 +259,13 @@ void frmScriptOps::cmdRunContinuous_Click() {
   // clears it.
   for (bool again = true; again;) {
     cmdRunContinuous.Enabled = false;
+    ++course_.loop;
     cmdExecAll_Click();
     txtLoopCount.Text = forms::CStr(++passes);
     again = store.AbortRequested == 0 && is_loaded();
     DoEvents(2);
   }
+  course_.loop = 0;
   cmdAbort.Enabled = false;
   cmdRunContinuous.Enabled = true;
 }

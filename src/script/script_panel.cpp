@@ -94,6 +94,16 @@ void frmScriptOps::ReadScriptFile() {
 }
 
 void frmScriptOps::LoadScriptFile() {
+  course_ = {.loop = course_.loop};
+  try {
+    read_script();
+  } catch (const forms::RunTimeError& error) {
+    course_.load_error = error.text;
+    throw;
+  }
+}
+
+void frmScriptOps::read_script() {
   for (TextBox* box : {&txttotReads, &txtRdPass, &txtRdFails}) box->Text = "0";
   Script_Reads = 0;
 
@@ -125,6 +135,7 @@ void frmScriptOps::LoadScriptFile() {
 
 // While a file is read the grid has one row more than the line in hand.
 void frmScriptOps::load_line(int line, std::string text) {
+  course_.load_line = line;
   Script_Line = std::to_string(line);
   vbalGrid1.set_rows(line + 1);
   const ScriptRow row = parse_script_line(std::move(text), Script_I2C_Adr);

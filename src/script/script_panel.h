@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bridge/program_form.h"
+#include "bridge/run_state.h"
 #include "forms/grid.h"
 #include "workbench/workbench.h"
 
@@ -14,7 +15,7 @@ namespace varzelin {
 
 struct ScriptRow;
 
-class frmScriptOps final : public ProgramForm {
+class frmScriptOps final : public ProgramForm, public RunsScript {
  public:
   static constexpr const char* form_name = "frmScriptOps";
   // Lines of a file beyond these are counted and left out.
@@ -33,6 +34,8 @@ class frmScriptOps final : public ProgramForm {
 
   // `instance` is "frmScriptOps", or "frmScriptOps#2" and so on.
   frmScriptOps(Program& owner, std::string instance);
+
+  ScriptState script_state() const override;
 
   // Asks for a script file at once.
   void Form_Load() override;
@@ -127,6 +130,7 @@ class frmScriptOps final : public ProgramForm {
   void build_panel();
   void build_grid();
   bool script_is_open();
+  void read_script();
   void load_line(int line, std::string text);
   void show_row(int line, const ScriptRow& row);
   void tell_left_out(std::int64_t lines);
@@ -134,6 +138,7 @@ class frmScriptOps final : public ProgramForm {
   // --- execution ---
   void execute_row(int row);
   void leave_unselected_row();
+  bool board_gone() const { return store.Dev_Ctx.device == 0; }
   void begin_row(int row);
   void end_row(int row);
   void pause(int row);
@@ -161,6 +166,17 @@ class frmScriptOps final : public ProgramForm {
   std::string Script_I2C_Adr;       // address in force while a file is read, hexadecimal
 
   Flag Script_Running = false_flag;  // a pass is under way and holds the session
+  // Of the last load and the last run, for script_state().
+  struct Course {
+    std::int32_t load_line = 0;
+    std::string load_error = {};
+    std::int32_t loop = 0;
+    std::int32_t row = 0;
+    bool read_ends_run = false;  // one that differed, where that is to end it
+    ScriptState::End end = ScriptState::End::none;
+    bool without_board = false;  // at its end
+  };
+  Course course_;
   std::int16_t Script_Wr_Count = 0;  // register and data bytes of the present write; 0: no write
   std::int16_t Script_Rd_Count = 0;
   // Cells of the row in execution. A row that runs nested in a yield replaces them.

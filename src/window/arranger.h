@@ -100,7 +100,7 @@ class Arranger {
   QLayout* in_sight() const { return in_sight_; }
   // A label that gives way where the window is narrow, and doesn't widen it.
   static QLabel* giving_way(QLabel* label);
-  // Where the window shows how the form's measuring goes.
+  // Where the window shows how the form's work goes.
   QLabel* run_state();
 
   // Controls that need a place and have none.

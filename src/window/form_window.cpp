@@ -115,10 +115,20 @@ void FormWindow::show_title() {
   if (title != windowTitle()) setWindowTitle(title);
 }
 
+namespace {
+
+QString state_of(const forms::Form& form) {
+  if (const auto* measuring = dynamic_cast<const varzelin::Measuring*>(&form))
+    return state_words(measuring->run_state());
+  const auto* script = dynamic_cast<const varzelin::RunsScript*>(&form);
+  return script ? state_words(script->script_state()) : QString();
+}
+
+}  // namespace
+
 void FormWindow::show_run_state() {
-  const auto* measuring = dynamic_cast<const varzelin::Measuring*>(&form_);
-  if (!run_state_ || !measuring) return;
-  const QString words = state_words(measuring->run_state());
+  if (!run_state_) return;
+  const QString words = state_of(form_);
   if (words == run_state_->text()) return;
   run_state_->setText(words);
   QAccessibleEvent said(run_state_, QAccessible::NameChanged);

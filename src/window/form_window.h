@@ -28,7 +28,7 @@ class FormWindow final : public QMainWindow {
 
   forms::Form& form() const { return form_; }
   void show_title();
-  // Brings the words of the form's measuring in step, where the form measures.
+  // Brings the words of how the form's work goes in step, where the window has a place for them.
   void show_run_state();
   // Brings the widget of a changed control in step.
   void show_change(const forms::Control& control);

@@ -1,4 +1,4 @@
-// A panel's measuring in words, for its status line.
+// A form's work in words, for its status line.
 #pragma once
 
 #include <QString>
@@ -8,5 +8,6 @@
 namespace window {
 
 QString state_words(const varzelin::RunState& state);
+QString state_words(const varzelin::ScriptState& state);
 
 }  // namespace window

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <functional>
 
+#include "bridge/run_state.h"
 #include "shell/start_panel.h"
 #include "support/window_of_program.h"
+#include "window/arranger.h"
 #include "window/lamp.h"
 
 namespace varzelin::testing {
@@ -99,6 +101,30 @@ TEST_F(InterruptTestWindow, RunsUntilTheUserAborts) {
   EXPECT_TRUE(widget<QPushButton>(form, "cmdRunCase1").isVisible());
   EXPECT_FALSE(widget<QPushButton>(form, "cmdAbort1").isVisible());
   EXPECT_EQ(program.store.Usb_Open, 0);
+}
+
+TEST_F(InterruptTestWindow, ItsStatusLineTellsHowItGoes) {
+  const auto state = [this] { return text(window::run_state_name); };
+  open_from("frmKVT71385");
+  EXPECT_EQ(state(), "idle");
+  board.set_port('B', 0xFF);
+  QString during;
+  const auto both_are_read = [this] {
+    const auto course = dynamic_cast<const Measuring&>(*program.forms.loaded(form)).run_state();
+    return course.runs && course.readings == 2;
+  };
+  const auto abort = [&] {
+    windows.show_changes();
+    during = state();
+    click(form, "cmdAbort1");
+  };
+  execute_until(both_are_read, abort);
+  EXPECT_EQ(during, "testing, 2 readings");
+  EXPECT_EQ(state(), "stopped by the user");
+  board.set_sensor_answers(false);
+  execute_until(both_are_read, abort);
+  EXPECT_EQ(during, "testing; no answer from the sensor (2 of 2 readings)");
+  EXPECT_EQ(state(), "stopped by the user; no answer from the sensor (2 of 2 readings)");
 }
 
 TEST_F(InterruptTestWindow, EndsWithTheWindowOfTheSensorPanelAndStaysItself) {

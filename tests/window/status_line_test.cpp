@@ -1,68 +1,28 @@
-// The status line of a panel, and the words of its measuring.
+// The status line of a window, and what it says of the work there.
 #include <QScrollArea>
 #include <QScrollBar>
+#include <fstream>
 
+#include "bridge/run_state.h"
 #include "shell/start_panel.h"
 #include "support/panel_window.h"
+#include "support/temporary_folder.h"
 #include "window/arranger.h"
-#include "window/state_words.h"
 
 namespace varzelin::testing {
 namespace {
 
-using Kind = RunState::Kind;
-using End = RunState::End;
-
-std::string words(const RunState& state) {
-  return window::state_words(state).toStdString();
-}
-
-TEST(StateWords, OfARun) {
-  EXPECT_EQ(words({}), "idle");
-  RunState run{.kind = Kind::collection, .runs = true};
-  EXPECT_EQ(words(run), "collecting");
-  run.readings = 10;
-  run.ms_a_sample = 113;
-  EXPECT_EQ(words(run), "collecting, 113 ms a sample");
-  run.readings = 522;
-  run.captured = 512;
-  EXPECT_EQ(words(run), "collecting, 113 ms a sample, 512 readings");
-  run.kind = Kind::timed;
-  EXPECT_EQ(words(run), "sampling, 113 ms a sample, 522 readings");
-}
-
-TEST(StateWords, OfAFullStore) {
-  RunState run{.kind = Kind::collection, .runs = true, .readings = 2000, .store_full = true, .kept = 999};
-  EXPECT_EQ(words(run), "collecting; chart full: the file keeps the first 999");
-  run.runs = false;
-  EXPECT_EQ(words(run), "stopped by the user; the file keeps the first 999");
-}
-
-TEST(StateWords, OfASensorThatDoesntAnswer) {
-  RunState run{.kind = Kind::collection, .runs = true, .readings = 97, .unanswered = 12};
-  EXPECT_EQ(words(run), "collecting; no answer from the sensor (12 of 97 readings)");
-  run.kind = Kind::timed;
-  EXPECT_EQ(words(run), "sampling; no answer from the sensor (12 of 97 readings, stored as 0)");
-  run.board_gone = true;
-  EXPECT_EQ(words(run), "sampling; board unplugged (12 of 97 readings, stored as 0)");
-  run.runs = false;
-  EXPECT_EQ(words(run), "stopped by the user; no answer from the sensor (12 of 97 readings, stored as 0)");
-}
-
-TEST(StateWords, OfAnEnd) {
-  RunState run{.kind = Kind::collection, .readings = 97};
-  EXPECT_EQ(words(run), "stopped by the user");
-  run.unanswered = 1;
-  run.end = End::board_gone;
-  EXPECT_EQ(words(run), "stopped: board unplugged");
-  run.end = End::transfer_failed;
-  EXPECT_EQ(words(run), "stopped: a transfer failed");
-  run.end = End::run_time_error;
-  EXPECT_EQ(words(run), "stopped: run-time error");
-}
-
 struct StatusLine : PanelWindow {
   QString state() { return widget<QLabel>(window::run_state_name).text(); }
+  // While a collection of so many readings goes on.
+  QString state_in_a_collection(std::int32_t readings) {
+    QString during;
+    collect(readings, [&] {
+      refresh();
+      during = state();
+    });
+    return during;
+  }
   // Where a widget stands in its window.
   QRect place_of(const char* name) {
     auto& found = widget<QWidget>(name);
@@ -134,22 +94,101 @@ TEST_F(StatusLine, NothingMovesWhenAVerdictOrLongWordsAppear) {
 TEST_F(StatusLine, TellsHowTheMeasuringGoes) {
   open(1);
   EXPECT_EQ(state(), "idle");
-  QString during;
-  collect(25, [&] {
-    refresh();
-    during = state();
-  });
+  const QString during = state_in_a_collection(25);
   EXPECT_TRUE(during.startsWith("collecting, ") && during.endsWith(" 15 readings")) << during.toStdString();
   EXPECT_EQ(state(), "stopped by the user");
+}
+
+// The bridge answers for a sensor that doesn't, so the lamp of the link stays green.
+TEST_F(StatusLine, TellsOfASensorThatDoesntAnswerWhileTheLampIsGreen) {
+  open(1);
   board.set_sensor_answers(false);
-  collect(25, [&] {
-    refresh();
-    during = state();
-  });
-  EXPECT_EQ(during, "collecting; no answer from the sensor (25 of 25 readings)");
+  EXPECT_EQ(state_in_a_collection(25), "collecting; no answer from the sensor (25 of 25 readings)");
+  EXPECT_EQ(lamp("ShpAttach"), "light green");
+  EXPECT_TRUE(state().startsWith("stopped by the user; no answer from the sensor ("))
+      << state().toStdString();
+}
+
+TEST_F(StatusLine, TellsWhatEndedACollection) {
+  open(1);
   board.unplug();
   collect(25);
   EXPECT_EQ(state(), "stopped: board unplugged");
+  board.plug();
+  collect(25, [this] { board.fail_transfers(1, boards::statuses::time_out); });
+  EXPECT_EQ(state(), "stopped: a transfer failed");
+}
+
+TEST_F(StatusLine, TellsThatTheFileKeepsTheFirstReadingsOnly) {
+  open(0);
+  EXPECT_EQ(state_in_a_collection(1010), "collecting; chart full: the file keeps the first 999");
+  EXPECT_EQ(state(), "stopped by the user; the file keeps the first 999");
+}
+
+// Nobody checks the reads of a timed run here: it goes on.
+TEST_F(StatusLine, TellsOfATimedRunWhichReadingsAreStoredAsZero) {
+  open(1);
+  const auto is_stored_as_zero = [](const QString& words, const char* why) {
+    return words.startsWith(QString("sampling; ") + why + " (") && words.endsWith(" readings, stored as 0)");
+  };
+  QString without_answer;
+  QString without_board;
+  program.store.Sample_Count = 0;
+  run("cmdSample", [&] {
+    const std::int32_t count = program.store.Sample_Count;
+    if (count >= 10 && count < 20) board.set_sensor_answers(false);
+    if (count >= 20 && without_answer.isEmpty()) {
+      refresh();
+      without_answer = state();
+      board.unplug();
+    }
+    if (count < 30) return;
+    if (without_board.isEmpty()) {
+      refresh();
+      without_board = state();
+    }
+    widget<QAbstractButton>("cmdEndSampling").click();
+  });
+  EXPECT_TRUE(is_stored_as_zero(without_answer, "no answer from the sensor")) << without_answer.toStdString();
+  EXPECT_TRUE(is_stored_as_zero(without_board, "board unplugged")) << without_board.toStdString();
+  EXPECT_EQ(program.store.Sample_Value[25], 0);
+}
+
+struct ScriptStatusLine : StatusLine {
+  const TemporaryFolder folder;
+
+  void load(const char* script) {
+    const std::string path = folder.path("script.txt");
+    std::ofstream(path) << script;
+    form = "frmScriptOps";
+    front_end.give_file(path);
+    program.runtime.dispatch([this] { program.forms.touch(form).Show(); });
+    turn();
+  }
+};
+
+TEST_F(ScriptStatusLine, TellsHowAScriptGoes) {
+  load("08,5A,5A\n08,,5B\n08,,5A\n");
+  EXPECT_EQ(state(), "idle");
+  const auto& script = dynamic_cast<const RunsScript&>(*program.forms.loaded(form));
+  QString during;
+  run("cmdRunContinuous", [&] {
+    if (!during.isEmpty() || script.script_state().loop < 3) return;
+    refresh();
+    during = state();
+    widget<QAbstractButton>("cmdAbort").click();
+  });
+  EXPECT_TRUE(during.startsWith("running row ") && during.contains(" of 3 in loop ")) << during.toStdString();
+  EXPECT_TRUE(state().startsWith("stopped by the user in row ")) << state().toStdString();
+  board.unplug();
+  click("cmdExecAll");
+  EXPECT_TRUE(state().startsWith("done: ") && state().endsWith("; board unplugged")) << state().toStdString();
+}
+
+// A load that fails says so nowhere else.
+TEST_F(ScriptStatusLine, TellsOfALoadThatEndedEarly) {
+  load("08,5A,5A\n`w40000\n");
+  EXPECT_EQ(state(), "load ended in line 2: Overflow; the file stays open");
 }
 
 }  // namespace

@@ -104,7 +104,12 @@ bool frm71385INTR::record(int measurement, Label& recorded) {
   if (!panel) return false;
   if (!panel->OptMeasure(measurement).Value) panel->choose_measurement(measurement);
   store.Sample_Count = 1;
+  const std::int32_t missing_before = panel->missing_replies();
   panel->Record_Triggered_Light_Count();
+  if (driven_) {
+    ++course_.readings;
+    course_.unanswered += panel->missing_replies() != missing_before;
+  }
   recorded.Caption = panel->txtADDec.Text.get();
   return true;
 }

@@ -6,16 +6,19 @@
 #pragma once
 
 #include "bridge/program_form.h"
+#include "bridge/run_state.h"
 
 namespace varzelin {
 
 class MultiFunctionPanel;
 
-class frm71385INTR final : public ProgramForm {
+class frm71385INTR final : public ProgramForm, public Measuring {
  public:
   static constexpr const char* form_name = "frm71385INTR";
 
   explicit frm71385INTR(Program& owner);
+
+  RunState run_state() const override;
 
   void Form_Load() override;
   void cmdWriteLimits_Click();
@@ -64,6 +67,7 @@ class frm71385INTR final : public ProgramForm {
   void show(Shape& shape, double color_index) { shape.FillColor = lamp(color_index); }
 
   bool AbortTest = false;
+  RunState course_;                       // of the last test, but for what shows by itself
   bool mirrors_resolution_ = false;       // from the sensor panel, not to it
   MultiFunctionPanel* driven_ = nullptr;  // by the test that runs
 

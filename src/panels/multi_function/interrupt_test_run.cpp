@@ -61,11 +61,13 @@ void frm71385INTR::cmdRunCase1_Click() {
     ~Running() { driven = nullptr; }
     MultiFunctionPanel*& driven;
   } const running(driven_, sensor_panel());
+  course_ = {.kind = RunState::Kind::test, .end = RunState::End::run_time_error};
   begin_test();
   std::optional<forms::RunTimeError> error;
   bool completed = false;
   try {
     completed = run_test();
+    course_.end = completed ? RunState::End::completed : RunState::End::by_user;
   } catch (const forms::RunTimeError& raised) {
     error = raised;  // reported once the panel is as it is without a test
   }
@@ -75,6 +77,13 @@ void frm71385INTR::cmdRunCase1_Click() {
     abort_test();
   }
   if (error) throw *error;
+}
+
+RunState frm71385INTR::run_state() const {
+  RunState state = course_;
+  state.runs = driven_ != nullptr;
+  state.board_gone = store.Dev_Ctx.device == 0;
+  return state;
 }
 
 // --- begin and end ---

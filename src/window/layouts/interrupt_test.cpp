@@ -140,7 +140,7 @@ QLayout* arrange_interrupt_test(Arranger& place) {
                           parameters(place), status(place), Part::room()});
   QLayout* right = column({{course(place), 1}, saved(place)});
   QLayout* attached = place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words);
-  place.keep_in_sight(attached);
+  place.keep_in_sight(row({attached, {place.run_state(), 1}}));
   return row({left, {right, 1}});
 }
 

@@ -79,6 +79,7 @@ QLayout* arrange_script_panel(Arranger& place) {
   QLayout* all = column(
       {{grid, 1}, row({script, results, {control_frame(place), 1}}), row({send, receive, Part::room()})});
   place.keep_in_sight(row({place.lamp(place("ShpAttach"), place.text("USB Comm"), link_words),
+                           {place.run_state(), 2},
                            {place.giving_way(place.as<QLabel>("lblLinesLeftOut")), 1},
                            place("Command1")}));
   return all;
