@@ -52,6 +52,7 @@ TEST_F(ScriptStates, APassTellsItsRowAndItsReads) {
   EXPECT_EQ(state().end, End::completed);
   EXPECT_EQ(state().passed, "2");
   EXPECT_EQ(state().row, 3);
+  EXPECT_TRUE(in_row(0, panel->cmdExecAll).runs) << "a pass begins before its first row";
   load(three_rows);
   EXPECT_EQ(state().end, End::none) << "the run was of another load";
 }
