@@ -100,7 +100,7 @@ void FormWindow::name_widgets() {
   for (const auto& [control, binding] : bindings_) {
     QWidget* widget = binding->widget();
     if (!widget) continue;
-    const std::string_view name = name_of(form_.name(), control->full_name());
+    const std::string_view name = name_of(*control);
     if (!name.empty()) widget->setAccessibleName(to_qt(std::string(name)));
     if (!widget->accessibleName().isEmpty() || needs_no_name(*widget)) continue;
     const QString tip = to_qt(control->ToolTipText.get());

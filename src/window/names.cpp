@@ -3,14 +3,13 @@
 #include <QScrollBar>
 #include <array>
 
+#include "window/control_words.h"
+
 namespace window {
 namespace {
 
-struct Name {
-  std::string_view form;  // empty: all forms
-  std::string_view control;
-  std::string_view words;
-};
+using Name = ControlWords;
+
 constexpr std::array names{
     Name{"frmStartup", "frmRevision", "Chip revision"},
     Name{"frmScriptOps", "cmdSendSerial", "Send the bytes"},
@@ -32,12 +31,8 @@ constexpr std::array names{
 
 }  // namespace
 
-std::string_view name_of(std::string_view form, std::string_view control) {
-  const std::string_view base = form.substr(0, form.find('#'));
-  for (const Name& each : names) {
-    if (each.control == control && (each.form.empty() || each.form == base)) return each.words;
-  }
-  return {};
+std::string_view name_of(const forms::Control& control) {
+  return words_for(control, names);
 }
 
 namespace {

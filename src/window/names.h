@@ -6,10 +6,12 @@
 #include <QString>
 #include <string_view>
 
+#include "forms/control.h"
+
 namespace window {
 
-// Empty for a control that needs none. `form` may be a second instance ("frmScriptOps#2").
-std::string_view name_of(std::string_view form, std::string_view control);
+// Empty for a control that needs none.
+std::string_view name_of(const forms::Control& control);
 
 // The widget is called what the label says, also when that changes, unless it has been given a name since.
 void name_by_label(QWidget& widget, QLabel& label);

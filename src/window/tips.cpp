@@ -1,22 +1,14 @@
 #include "window/tips.h"
 
-#include <algorithm>
 #include <array>
-#include <string_view>
 
-#include "forms/form.h"
+#include "window/control_words.h"
 #include "window/look.h"
 
 namespace window {
 namespace {
 
-// A line without a form is for all that have the control. One for the form goes before, and one for an
-// element before that of its array.
-struct Tip {
-  std::string_view form;
-  std::string_view control;
-  std::string_view words;
-};
+using Tip = ControlWords;
 
 constexpr std::array tips{
     // --- start and about ---
@@ -265,17 +257,7 @@ constexpr std::array tips{
 }  // namespace
 
 QString tip_of(const forms::Control& control) {
-  const std::string& form_name = control.form().name();
-  const std::string_view form = std::string_view(form_name).substr(0, form_name.find('#'));
-  const std::string element = control.full_name();
-  const auto closeness = [&](const Tip& tip) {
-    const bool is_element = tip.control == element;
-    if (!is_element && tip.control != control.name()) return 0;
-    if (!tip.form.empty() && tip.form != form) return 0;
-    return 1 + is_element + 2 * !tip.form.empty();
-  };
-  const auto best = std::ranges::max_element(tips, {}, closeness);
-  return closeness(*best) == 0 ? QString() : to_qt(std::string(best->words));
+  return to_qt(std::string(words_for(control, tips)));
 }
 
 }  // namespace window
