@@ -158,7 +158,7 @@ TEST_F(WindowMenus, StopEndsTheInterruptTest) {
   int turns = 0;
   QObject::connect(&user, &QTimer::timeout, &user, [&] {
     if (++turns == 20) press_stop();
-    if (turns != 2000) return;
+    if (turns != 200) return;
     end_what_goes_on();
     forms::user::click(*program.forms.loaded("frm71385INTR")->find("cmdAbort1"));
   });
@@ -254,12 +254,28 @@ TEST_F(WindowMenus, LeavingWithUnwrittenReadingsAsksOnce) {
   EXPECT_TRUE(windows.leaving_question()->text().contains("readings were never written"));
   window_of(panel).close();
   EXPECT_FALSE(turn_ends());
+  EXPECT_EQ(window_of(panel).findChildren<QMessageBox*>().size(), 1);
   answer("Cancel");
   EXPECT_FALSE(turn_ends());
   EXPECT_TRUE(window_of(panel).isVisible());
   click(panel, "CommandButton1");
   answer("Leave Them");
   EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, ChoosingAnotherSensorAsksBeforeReadingsAreLost) {
+  open_panel();
+  collect_and_stop();
+  in_menu("Windows", "Choose a Sensor\u2026")->trigger();
+  answer("Cancel");
+  EXPECT_FALSE(idle_turn_ends());
+  EXPECT_TRUE(program.forms.loaded(panel));
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  in_menu("Windows", "Choose a Sensor\u2026")->trigger();
+  answer("Leave Them");
+  turn();
+  EXPECT_FALSE(idle_turn_ends());
+  EXPECT_FALSE(program.forms.loaded(panel));
 }
 
 TEST_F(WindowMenus, LeavingWithWrittenReadingsOrWithFewAsksNothing) {
@@ -281,6 +297,17 @@ TEST_F(WindowMenus, QuitEndsARunningCollectionOnceTheReadingsMayGo) {
   });
   EXPECT_TRUE(idle_turn_ends());
   EXPECT_TRUE(program.runtime.ended());
+}
+
+TEST_F(WindowMenus, QuitLeavesByThePanelsOwnExit) {
+  open_panel();
+  int exits = 0;
+  program.forms.loaded(panel)->find("CommandButton1")->handle(forms::Event::Click, [&](forms::EventArgs&) {
+    ++exits;
+  });
+  in_menu("Program", "Quit")->trigger();
+  EXPECT_TRUE(turn_ends() || idle_turn_ends());
+  EXPECT_EQ(exits, 1);
 }
 
 TEST_F(WindowMenus, QuitEndsTheProgramBeforeASensorIsChosen) {
