@@ -47,8 +47,7 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption* option,
 
 namespace {
 
-// Of a box or a circle to be marked. Fusion's is a shade of the window, which is next to nothing on a dark
-// one.
+// Fusion's is a shade of the window, which is next to nothing on a dark one.
 QColor outline_of(const QStyleOption& option) {
   const bool by_keyboard = option.state & QStyle::State_KeyboardFocusChange;
   const bool focused = by_keyboard && option.state & QStyle::State_HasFocus;
@@ -60,17 +59,32 @@ QColor outline_of(const QStyleOption& option) {
 void draw_outline(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  constexpr double width = 1.25;  // a line on a circle is mostly between the pixels
-  painter.setPen(QPen(outline_of(option), element == QStyle::PE_IndicatorCheckBox ? 1 : width));
   painter.setBrush(Qt::NoBrush);
-  if (element == QStyle::PE_IndicatorCheckBox) {
-    painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
-  } else {
+  if (element == QStyle::PE_IndicatorRadioButton) {
+    constexpr double width = 1.25;  // a line on a circle is mostly between the pixels
+    painter.setPen(QPen(outline_of(option), width));
     const int side = option.rect.width();
     const double radius = (side + (side + 1) % 2) / 2.0 - 1;
     painter.drawEllipse(QPointF(option.rect.center() + QPoint(1, 1)), radius, radius);
+  } else {
+    const double rounding = element == QStyle::PE_FrameLineEdit ? 2 : 0;
+    painter.setPen(outline_of(option));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), rounding, rounding);
   }
   painter.restore();
+}
+
+// A box that has the focus has an outline of Fusion's that is seen.
+bool has_faint_outline(QStyle::PrimitiveElement element, const QStyleOption& option) {
+  switch (element) {
+    case QStyle::PE_IndicatorCheckBox:
+    case QStyle::PE_IndicatorRadioButton:
+      return true;
+    case QStyle::PE_FrameLineEdit:
+      return !(option.state & QStyle::State_HasFocus);
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -88,8 +102,7 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     return;
   }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
-  if (element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton)
-    draw_outline(element, *option, *painter);
+  if (has_faint_outline(element, *option)) draw_outline(element, *option, *painter);
 }
 
 }  // namespace window

@@ -1,5 +1,5 @@
 // Fusion with what it leaves unseen: the focus of lists and tables, that a box only shows something, outlines
-// of what is to be marked, and texts of the platform that are too pale.
+// of boxes and of what is to be marked, and texts of the platform that are too pale.
 #pragma once
 
 #include <QProxyStyle>

@@ -68,5 +68,18 @@ TEST_P(WindowFocusLook, AResultHasTheGroundOfTheWindow) {
   EXPECT_EQ(ground("txtScale"), palette.color(QPalette::Base));
 }
 
+TEST_P(WindowFocusLook, BoxesHaveAnOutline) {
+  front("frmKVT71346");
+  const QColor window = QApplication::palette().color(QPalette::Window);
+  for (const char* result_and_entry : {"txtReading", "txtScale"}) {
+    auto& box = widget<QLineEdit>("frmKVT71346", result_and_entry);
+    const auto outline = [&] { return box.grab().toImage().pixelColor(box.width() / 2, 0); };
+    const QColor without_focus = outline();
+    EXPECT_GE(contrast(without_focus, window), 3.0) << result_and_entry;
+    box.setFocus(Qt::MouseFocusReason);
+    EXPECT_NE(outline(), without_focus) << result_and_entry;
+  }
+}
+
 }  // namespace
 }  // namespace varzelin::testing
