@@ -160,7 +160,7 @@ void Console::sleep(forms::Clock& clock, Duration time) {
 void Console::serve_line(std::optional<Duration> limit) {
   std::string line;
   std::string_view fault;
-  for (;;) {
+  for (;; fault = {}) {
     switch (lines_.next(line, limit)) {
       case LineSource::Result::NotYet:
         attention_ = from_now(look_for_line);

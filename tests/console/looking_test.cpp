@@ -30,6 +30,13 @@ TEST_F(ConsoleLooking, ALineOfMoreThanOneMiBIsRefusedAndNotRun) {
       (Lines{"error longer than 1 MiB: set frmBench.Caption \"" + tail.substr(0, 278) + "...", "ok true"}));
 }
 
+TEST_F(ConsoleLooking, ACommentOfMoreThanOneMiBIsSkippedAndTheLineBehindItRuns) {
+  EXPECT_EQ(run_console(clock, board, "#" + std::string(1024 * 1024, 'x') + "\nget frmBench.Visible\n"),
+            Lines{"ok true"});
+  EXPECT_EQ(run_console(clock, board, std::string(1024 * 1024 + 1, ' ') + "\nget frmBench.Visible\n"),
+            Lines{"ok true"});
+}
+
 TEST_F(ConsoleLooking, PropertiesByTheirTypes) {
   EXPECT_EQ(
       run({"get frmBench.cmdCount.Caption", "get frmBench.cmdCount.Enabled", "get frmBench.cmdHidden.Visible",
