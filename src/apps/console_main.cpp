@@ -31,6 +31,10 @@ ExitStatus fail(ExitStatus status, std::string_view why) {
   return status;
 }
 
+void check_output() {
+  if (!std::cout.flush()) throw std::runtime_error("can't write standard output");
+}
+
 std::unique_ptr<forms::Clock> make_clock(bool is_virtual) {
   if (is_virtual) return std::make_unique<forms::VirtualClock>();
   return std::make_unique<forms::SystemClock>();
@@ -58,7 +62,7 @@ void run_console(const Setting& setting, boards::Driver& driver) {
   console.end_on(setting.signals);
   varzelin::add_forms(console.program());
   console.run(varzelin::start);
-  if (!std::cout) throw std::runtime_error("can't write standard output");
+  check_output();
 }
 
 ExitStatus record_console(const Setting& setting, boards::Driver& board, const std::string& path) {
@@ -105,21 +109,23 @@ int run(const console::Options& options) {
   return replay->difference() ? recording_failed : success;
 }
 
+int follow(const std::vector<std::string_view>& arguments) {
+  const auto parsed = console::parse_options(arguments);
+  if (const auto* bad = std::get_if<console::BadArgument>(&parsed)) return fail(bad_arguments, bad->text);
+  const auto& options = std::get<console::Options>(parsed);
+  if (!options.help && !options.version) return run(options);
+  if (options.help) {
+    std::cout << console::usage;
+  } else {
+    std::cout << program_name << ' ' << varzelin::application_version << '\n';
+  }
+  check_output();
+  return success;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
   std::ios::sync_with_stdio(false);
-  const std::vector<std::string_view> arguments(words + 1, words + count);
-  const auto parsed = console::parse_options(arguments);
-  if (const auto* bad = std::get_if<console::BadArgument>(&parsed)) return fail(bad_arguments, bad->text);
-  const auto& options = std::get<console::Options>(parsed);
-  if (options.help) {
-    std::cout << console::usage;
-    return success;
-  }
-  if (options.version) {
-    std::cout << program_name << ' ' << varzelin::application_version << '\n';
-    return success;
-  }
-  return varzelin::status_of(program_name, [&] { return run(options); });
+  return varzelin::status_of(program_name, [&] { return follow({words + 1, words + count}); });
 }

@@ -1,5 +1,6 @@
 #include "forms/system_file.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -11,6 +12,14 @@ namespace forms {
 bool Descriptor::close() {
   const int descriptor = std::exchange(descriptor_, -1);
   return descriptor < 0 || ::close(descriptor) == 0;
+}
+
+void take_standard_descriptors() {
+  for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const bool is_open = ::fcntl(standard, F_GETFD) >= 0;
+    // The lowest free number is this one. Of O_PATH nothing is read or written.
+    if (!is_open) ::open("/", O_PATH);
+  }
 }
 
 void raise_system_error(int system_error) {

@@ -24,6 +24,10 @@ class Descriptor {
   int descriptor_;
 };
 
+// Takes the numbers of standard input, output and error where the process was begun without them: else the
+// next file that is opened would be read or written as one of them. Using them stays an error.
+void take_standard_descriptors();
+
 // A system error while a file is opened, read or written.
 [[noreturn]] void raise_system_error(int system_error);
 

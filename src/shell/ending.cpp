@@ -55,6 +55,7 @@ void end_on(Program& program, const forms::EndSignals& end_signals) {
 
 int status_of(const char* program_name, const std::function<int()>& program) {
   constexpr int failed = 1;
+  forms::take_standard_descriptors();
   try {
     return program();
   } catch (const std::exception& error) {

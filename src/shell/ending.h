@@ -26,7 +26,8 @@ class SessionGuard {
   SessionGuard& operator=(const SessionGuard&) = delete;
 };
 
-// The exit status that the program gives. What it throws is told on standard error, and the status is 1.
+// The exit status that the program gives. What it throws is told on standard error, and the status is 1. A
+// standard input, output or error that is missing stays so, whatever the program opens.
 int status_of(const char* program_name, const std::function<int()>& program);
 
 }  // namespace varzelin

@@ -101,5 +101,19 @@ expect_errors 1
 [ "$(cat "$recording")" = 1 ] || { echo "FAILED: status with a closed pipe: $(cat "$recording")"; failed=1; }
 expect_errors 1
 
+for option in --help --version; do
+  "$program" $option >/dev/full 2>"$errors"
+  [ $? = 1 ] || { echo "FAILED: status of $option with a full device"; failed=1; }
+  expect_errors 1
+done
+
+# Begun without standard input, output or error, it takes none of its own files for them.
+timeout 60 "$program" <&- >"$recording" 2>"$errors" || { echo "FAILED: status $? without standard input"; failed=1; }
+[ ! -s "$recording" ] || { echo "FAILED: without standard input: $(cat "$recording")"; failed=1; }
+printf "$choose" | timeout 60 "$program" --record "$folder/again" >&- 2>"$errors"
+[ $? = 1 ] || { echo 'FAILED: status without standard output'; failed=1; }
+printf "$choose" | "$program" --record "$recording" >/dev/null 2>&-
+cmp "$recording" "$folder/good" || failed=1
+
 "$program" --help </dev/null | grep -q '^usage: varzelin-als-console ' || { echo 'FAILED: --help'; failed=1; }
 exit $failed

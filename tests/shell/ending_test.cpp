@@ -1,6 +1,9 @@
 // The program's end by a signal, in the middle of whatever it does.
 #include "shell/ending.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -20,6 +23,23 @@ TEST(StatusOf, WhatAProgramThrowsIsToldAndItsStatusIsOne) {
   EXPECT_EQ(status_of("program", []() -> int { throw std::bad_alloc(); }), 1);
   EXPECT_EQ(status_of("program", []() -> int { throw Unknown{}; }), 1);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "program: std::bad_alloc\nprogram: an unknown error\n");
+}
+
+// What the program opens first.
+int opened_by_a_program_without(std::initializer_list<int> standard_descriptors) {
+  for (const int descriptor : standard_descriptors) ::close(descriptor);
+  return status_of("program", [] { return ::open("/dev/null", O_RDONLY); });
+}
+
+TEST(StatusOf, NoFileIsTakenForAMissingStandardInputOutputOrError) {
+  EXPECT_EXIT(::_exit(opened_by_a_program_without({0, 1, 2}) > 2), ::testing::ExitedWithCode(1), "");
+  EXPECT_EXIT(::_exit(opened_by_a_program_without({1}) > 2), ::testing::ExitedWithCode(1), "");
+  const auto can_be_used = [] {
+    opened_by_a_program_without({0, 1, 2});
+    char byte = 0;
+    return ::read(0, &byte, 1) >= 0 || ::write(1, &byte, 1) >= 0 || ::write(2, &byte, 1) >= 0;
+  };
+  EXPECT_EXIT(::_exit(can_be_used()), ::testing::ExitedWithCode(0), "");
 }
 
 struct EndBySignal : ::testing::Test, TestProgram {
