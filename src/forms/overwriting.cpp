@@ -52,18 +52,21 @@ bool give_owner_and_mode(const Descriptor& file, const struct stat& like) {
   return ::fchmod(file.get(), like.st_mode & 07777) == 0;
 }
 
+// Always false, with the error that there was.
+bool give_up(const std::string& beside) {
+  const int why = errno;
+  ::unlink(beside.c_str());
+  errno = why;
+  return false;
+}
+
 // Puts `made`, which is at `beside`, in the place of `path`, and what is there to `beside`. On failure, which
 // is told by errno, `made` is gone and the other one where it was.
 bool exchange(const std::string& path, const std::string& beside, Descriptor& made) {
   if (::renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, path.c_str(), RENAME_EXCHANGE) == 0) return true;
   const bool unknown = errno == EINVAL || errno == ENOSYS;
   const struct stat state = state_of(made);
-  if (!unknown || ::rename(path.c_str(), beside.c_str()) != 0) {
-    const int why = errno;
-    ::unlink(beside.c_str());
-    errno = why;
-    return false;
-  }
+  if (!unknown || ::rename(path.c_str(), beside.c_str()) != 0) return give_up(beside);
   // A file system that can't exchange two names: for a moment nothing is at the path.
   made = Descriptor(::open(path.c_str(), new_file, 0600));
   if (made.get() >= 0 && lock(made) && give_owner_and_mode(made, state)) return true;
@@ -82,6 +85,7 @@ bool keeps_out(int system_error) {
     case EIO:
     case EMFILE:
     case ENFILE:
+    case ENOMEM:
       return false;
     default:
       return true;
@@ -105,9 +109,8 @@ void Overwriting::replace(const std::string& path) {
   if (path.empty()) return;
   std::string beside;
   Descriptor made = make_beside(path, beside);
-  if (made.get() >= 0 && !give_owner_and_mode(made, state_of(file_))) {
-    ::unlink(beside.c_str());
-  } else if (made.get() >= 0 && exchange(path, beside, made)) {
+  const bool alike = made.get() >= 0 && (give_owner_and_mode(made, state_of(file_)) || give_up(beside));
+  if (alike && exchange(path, beside, made)) {
     file_ = std::move(made);
     put_aside_ = beside;
   } else if (!keeps_out(errno)) {

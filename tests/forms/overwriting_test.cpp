@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "forms/errors.h"
 #include "forms/files.h"
 #include "support/error_of.h"
 #include "support/failing_disk.h"
@@ -18,6 +19,7 @@
 namespace {
 
 bool names_are_exchanged = true;
+int mode_error = 0;  // of every file that is to get a mode
 
 }  // namespace
 
@@ -29,6 +31,12 @@ extern "C" int renameat2(int from, const char* old_path, int to, const char* new
     return -1;
   }
   return static_cast<int>(::syscall(SYS_renameat2, from, old_path, to, new_path, flags));
+}
+
+extern "C" int fchmod(int file, mode_t mode) noexcept {
+  if (mode_error == 0) return static_cast<int>(::syscall(SYS_fchmod, file, mode));
+  errno = mode_error;
+  return -1;
 }
 
 namespace varzelin::testing {
@@ -54,7 +62,10 @@ struct Overwriting : ::testing::Test {
   const std::string path = folder.make("Data.txt", "earlier");
   Files files;
 
-  ~Overwriting() override { names_are_exchanged = true; }
+  ~Overwriting() override {
+    names_are_exchanged = true;
+    mode_error = 0;
+  }
   std::string content(const std::string& name = "Data.txt") const {
     return TemporaryFolder::content(folder.path(name));
   }
@@ -183,6 +194,17 @@ TEST_F(Overwriting, AFileWhoseOwnerCannotBeKeptIsWrittenInPlace) {
   struct stat state {};
   ::stat(path.c_str(), &state);
   EXPECT_EQ(state.st_uid, 0u);
+}
+
+TEST_F(Overwriting, ADiskThatHasNoRoomForAModeLeavesTheFileAsItWas) {
+  mode_error = ENOSPC;
+  EXPECT_EQ(error_of([&] { files.Open(path, Mode::Output, 1); }), forms::disk_full);
+  mode_error = EPERM;
+  EXPECT_EQ(content(), "earlier");
+  EXPECT_EQ(entries(), 1);
+  write("new");
+  EXPECT_EQ(content(), "new\r\n");
+  EXPECT_EQ(entries(), 1);
 }
 
 TEST_F(Overwriting, AProtectedFileStaysInAFolderThatIsNot) {
