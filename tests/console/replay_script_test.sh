@@ -19,6 +19,9 @@ for name in plain.txt -dash.txt -n --help 'two  blanks' 'a "quote"' 'back\slash'
   [[ $said == "$name: "*" matched, 0 differ: ok" ]] || fail "replay-script $name said: $said"
 done
 
+# Where the caller's shell looks for folders is nothing to the script.
+said=$(cd "$project" && CDPATH=$project scripts/replay-script "$OLDPWD/plain.txt" 2>&1) || fail "with CDPATH: $said"
+
 # refused NAME [MODEL]: the console gets none of it, nor does a file come to be.
 refused() {
   local status=0
