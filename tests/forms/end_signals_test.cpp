@@ -49,12 +49,14 @@ TEST(EndSignals, ASecondOfAKindEndsTheProcess) {
 
 TEST(EndSignals, TheyEndTheProcessAgainBehindIt) {
   { const EndSignals signals; }
-  EXPECT_EXIT(
-      {
-        std::raise(SIGHUP);
-        ::_exit(0);
-      },
-      ::testing::KilledBySignal(SIGHUP), "");
+  for (const int signal : {SIGHUP, SIGPIPE}) {
+    EXPECT_EXIT(
+        {
+          std::raise(signal);
+          ::_exit(0);
+        },
+        ::testing::KilledBySignal(signal), "");
+  }
 }
 
 TEST(EndSignals, OneThatIsIgnoredStaysSo) {

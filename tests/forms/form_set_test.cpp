@@ -26,13 +26,17 @@ class Window final : public forms::Form {
     note("QueryUnload " + std::to_string(UnloadMode));
     Cancel = refuses;
   }
-  void Form_Unload(bool&) override { note("Unload"); }
+  void Form_Unload(bool&) override {
+    note("Unload");
+    if (const auto act = std::exchange(at_unload, nullptr)) act(*this);
+  }
 
   void note(const std::string& text) { notes.push_back(name() + " " + text); }
 
   Notes& notes;
   bool refuses = false;
   static inline std::function<void(Window&)> at_load;
+  std::function<void(Window&)> at_unload;  // the next one
   forms::CommandButton button{*this, "button"};
   forms::ControlArray<forms::Label> labels{*this, "labels", forms::captioned({"a", "b"})};
   forms::Timer timer{*this, "timer", {.Enabled = false, .Interval = 10}};
@@ -199,6 +203,21 @@ TEST_F(FormsFormSet, AFormThatAHandlerOnTheStackReachedForStaysUntilItReturned) 
   });
   runtime.service();
   EXPECT_EQ(take_notes(), (Notes{"a used", "a gone"}));
+}
+
+TEST_F(FormsFormSet, AFormThatIsUnloadedInItsOwnUnloadStaysUntilTheOuterOneIsDone) {
+  runtime.post([&] { a(); });
+  runtime.service();
+  dynamic_cast<Window&>(*forms.loaded("a")).at_unload = [&](Window& window) {
+    runtime.post([&] { forms.unload("a"); });
+    runtime.DoEvents(3);
+    window.note("still there");
+  };
+  runtime.post([&] { forms.unload(*forms.loaded("a")); });
+  take_notes();
+  runtime.service();
+  EXPECT_EQ(take_notes(),
+            (Notes{"a QueryUnload 1", "a Unload", "a QueryUnload 1", "a Unload", "a still there", "a gone"}));
 }
 
 TEST_F(FormsFormSet, AFormWhoseHandlerIsFurtherDownTheStackStays) {

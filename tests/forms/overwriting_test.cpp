@@ -130,6 +130,15 @@ TEST_F(Overwriting, AnOpenFileIsToldOnce) {
   EXPECT_TRUE(files.take_put_aside().empty());
 }
 
+TEST_F(Overwriting, AFileThatIsBegunAnewIsOpen) {
+  begin(files, "new");
+  for (const Mode mode : {Mode::Input, Mode::Output, Mode::Append}) {
+    EXPECT_EQ(error_of([&] { files.Open(path, mode, 2); }), forms::file_already_open);
+  }
+  files.Open(folder.path("Data.txt~"), Mode::Input, 2);
+  EXPECT_EQ(files.LineInput(2), "earlier");
+}
+
 TEST_F(Overwriting, ATakenNameIsLeftAlone) {
   folder.make("Data.txt~", "of an editor");
   folder.make("Data.txt~2", "of a crash");
@@ -197,11 +206,16 @@ TEST_F(Overwriting, AFileWhoseOwnerCannotBeKeptIsWrittenInPlace) {
 }
 
 TEST_F(Overwriting, ADiskThatHasNoRoomForAModeLeavesTheFileAsItWas) {
-  mode_error = ENOSPC;
-  EXPECT_EQ(error_of([&] { files.Open(path, Mode::Output, 1); }), forms::disk_full);
+  for (const auto& [system_error, error] : {std::pair(ENOSPC, forms::disk_full),
+                                            {EDQUOT, forms::disk_full},
+                                            {EIO, forms::device_io_error},
+                                            {ENOMEM, forms::device_io_error}}) {
+    mode_error = system_error;
+    EXPECT_EQ(error_of([&] { files.Open(path, Mode::Output, 1); }), error);
+    EXPECT_EQ(content(), "earlier");
+    EXPECT_EQ(entries(), 1);
+  }
   mode_error = EPERM;
-  EXPECT_EQ(content(), "earlier");
-  EXPECT_EQ(entries(), 1);
   write("new");
   EXPECT_EQ(content(), "new\r\n");
   EXPECT_EQ(entries(), 1);
