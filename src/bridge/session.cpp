@@ -27,6 +27,7 @@ bool device_attach(Program& program, boards::Handle device, const boards::Device
   context.last_status = program.driver.WDU_SetInterface(device, context.interface_number, context.alternate);
   const bool accepted = context.last_status == boards::success;
   if (accepted) {
+    store.Log_Error = false_flag;
     Log_Info(program, "DeviceAttach: Received and accepted attach for \r\nvendor ID &H" +
                           forms::Hex(info.vendor_id) + " product ID &H" + forms::Hex(info.product_id) +
                           "\r\ndevice handle &H" + forms::Hex(device));

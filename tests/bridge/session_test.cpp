@@ -181,6 +181,16 @@ TEST_F(BridgeSession, PullingTheBoardOnlyLogs) {
   EXPECT_EQ(store.Usb_Attached, -1);
 }
 
+TEST_F(BridgeSession, ABoardThatComesAfterAnErrorTurnsTheLogsLampGreen) {
+  board.unplug();
+  bench->Connect_Usb();
+  EXPECT_EQ(bench->shpLogStatus.FillColor, red);
+  board.plug();
+  program.runtime.DoEvents();
+  EXPECT_EQ(store.Log_Error, 0);
+  EXPECT_EQ(bench->shpLogStatus.FillColor, light_green);
+}
+
 TEST_F(BridgeSession, ADisconnectClosesTheHandleBeforeTheKitGetsIt) {
   bench->Connect_Usb();
   take_calls();
