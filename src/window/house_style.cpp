@@ -105,4 +105,9 @@ void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   if (has_faint_outline(element, *option)) draw_outline(element, *option, *painter);
 }
 
+int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* data) const {
+  return hint == SH_ScrollBar_ContextMenu ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+}
+
 }  // namespace window

@@ -172,10 +172,11 @@ void LogView::keyPressEvent(QKeyEvent* event) {
 }
 
 void LogView::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  menu.addAction("&Copy", this, [this] { copy(); })->setEnabled(selected_from_ >= 0);
-  menu.addAction("Select &All", this, [this] { select_all(); });
-  menu.exec(event->globalPos());
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->addAction("&Copy", this, [this] { copy(); })->setEnabled(selected_from_ >= 0);
+  menu->addAction("Select &All", this, [this] { select_all(); });
+  menu->popup(event->globalPos());  // doesn't wait for the user: loops go on
 }
 
 }  // namespace window

@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTimer>
 
 #include "support/sample_form.h"
 #include "support/window_program.h"
@@ -168,6 +169,30 @@ TEST_F(WindowTexts, ALogGrowsAndStaysAtItsEnd) {
 }
 
 // Whatever its length, what is laid out is what there is room for.
+// Whether the menu that the user asks for there waits for its end, and so holds up the program.
+bool menu_waits(QWidget& widget) {
+  bool waits = false;
+  QTimer in_a_wait;
+  QObject::connect(&in_a_wait, &QTimer::timeout, &widget, [&waits] {
+    waits = true;
+    if (QWidget* menu = QApplication::activePopupWidget()) menu->close();
+  });
+  in_a_wait.start(0);
+  const QPoint place(5, 5);
+  QContextMenuEvent asked(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
+  QApplication::sendEvent(&widget, &asked);
+  return waits;
+}
+
+TEST_F(WindowTexts, TheMenusOfALogHoldUpNothing) {
+  EXPECT_FALSE(menu_waits(*log().verticalScrollBar()));
+  EXPECT_FALSE(QApplication::activePopupWidget());
+  EXPECT_FALSE(menu_waits(*log().viewport()));
+  QWidget* menu = QApplication::activePopupWidget();
+  ASSERT_TRUE(menu);
+  menu->close();
+}
+
 TEST_F(WindowTexts, OfALongLogOnlyWhatIsInSightIsLaidOut) {
   std::string text;
   for (int i = 0; i < 100'000; ++i) text += "line " + std::to_string(i) + "\r\n";
