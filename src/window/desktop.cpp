@@ -65,7 +65,7 @@ int run(std::span<char*> words, const Desktop& desktop) {
   program.libraries.push_back(std::string("Qt ") + qVersion() + " (LGPL 3)");
   if (!desktop.library.empty()) program.libraries.push_back(desktop.library);
   varzelin::add_forms(program);
-  const SignalWatch watch(program, end_signals);
+  const SignalWatch watch(program, front_end, end_signals);
   const varzelin::SessionGuard guard(program);
   program.runtime.post([&] { varzelin::start(program); });
   program.runtime.run(program.forms);

@@ -8,11 +8,13 @@
 
 namespace window {
 
-// Ends the program as varzelin::end_on does; a dialog that is open is cancelled, and what waits for an event
-// has one. Both outlive this object.
+class WindowFrontEnd;
+
+// Ends the program as varzelin::end_on does: a dialog or a menu that is open is closed, a sleep ends, and
+// what waits for an event has one. All three outlive this object.
 class SignalWatch {
  public:
-  SignalWatch(varzelin::Program& program, const forms::EndSignals& end_signals);
+  SignalWatch(varzelin::Program& program, WindowFrontEnd& front_end, const forms::EndSignals& end_signals);
 
  private:
   QSocketNotifier notifier_;

@@ -92,7 +92,7 @@ template <class Enough>
 void WindowFrontEnd::sleep_until(forms::Clock& clock, forms::Clock::Duration end, Enough enough) {
   while (end - clock.now() > exact_end) {
     pump();
-    if (enough()) return;
+    if (enough() || (end_signals_ && end_signals_->first() != 0)) return;
     const auto left = end - clock.now() - exact_end;
     if (left > forms::Clock::Duration::zero()) clock.pass(std::min<forms::Clock::Duration>(left, sleep_turn));
   }

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "forms/end_signals.h"
 #include "forms/runtime.h"
 
 class QWidget;
@@ -20,6 +21,9 @@ class WindowFrontEnd : public forms::FrontEnd {
  public:
   // Null: no windows.
   void attach(Windows* windows) { windows_ = windows; }
+
+  // Once one of these has come no sleep is slept to its end. They outlive the front end.
+  void end_on(const forms::EndSignals& end_signals) { end_signals_ = &end_signals; }
 
   // The next file dialog is answered with this file, unseen.
   void give_file(std::string path) { given_file_ = std::move(path); }
@@ -50,6 +54,7 @@ class WindowFrontEnd : public forms::FrontEnd {
   void show_changes();
 
   Windows* windows_ = nullptr;
+  const forms::EndSignals* end_signals_ = nullptr;
   std::optional<std::string> given_file_;
   QString folder_;  // used last; empty before the first file dialog
   SteadyClock::time_point next_pump_{};

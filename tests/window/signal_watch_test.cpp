@@ -2,6 +2,7 @@
 #include "window/signal_watch.h"
 
 #include <QApplication>
+#include <QMenu>
 #include <QMessageBox>
 #include <QTimer>
 #include <csignal>
@@ -15,7 +16,7 @@ namespace {
 
 struct SignalWatchTest : WindowOfProgram {
   const forms::EndSignals end_signals;
-  const window::SignalWatch watch{program, end_signals};
+  const window::SignalWatch watch{program, front_end, end_signals};
 };
 
 TEST_F(SignalWatchTest, AnIdleProgramEnds) {
@@ -39,6 +40,35 @@ TEST_F(SignalWatchTest, ACollectionWithALongIntervalEndsAtOnce) {
   EXPECT_TRUE(turn_ends());
   ASSERT_TRUE(raised);
   EXPECT_LT(program.runtime.timeGetTime() - *raised, 100);
+}
+
+TEST_F(SignalWatchTest, ALongSleepEndsAtOnce) {
+  program.runtime.post([&] {
+    QTimer::singleShot(0, [] { std::raise(SIGTERM); });
+    program.runtime.Sleep(3'600'000);
+    EXPECT_LT(program.runtime.timeGetTime(), 100);
+    program.runtime.DoEvents();
+    ADD_FAILURE() << "the handler goes on";
+  });
+  program.runtime.run(program.forms);
+}
+
+TEST_F(SignalWatchTest, AMenuThatHoldsUpTheLoopIsClosed) {
+  QMenu menu;
+  menu.addAction("Stay");
+  program.runtime.post([&] {
+    QTimer::singleShot(0, [] { std::raise(SIGTERM); });
+    QTimer in_the_end;
+    QObject::connect(&in_the_end, &QTimer::timeout, &menu, [&menu] {
+      ADD_FAILURE() << "the menu stays open";
+      menu.close();
+    });
+    in_the_end.start(5000);
+    menu.exec();
+    program.runtime.DoEvents();
+    ADD_FAILURE() << "the handler goes on";
+  });
+  program.runtime.run(program.forms);
 }
 
 // Cancels a dialog that is still open after some of Qt's turns.
