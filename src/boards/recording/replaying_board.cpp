@@ -95,8 +95,8 @@ void ReplayingBoard::parse(const std::string& text, std::size_t number) {
     answer >> std::ws;
     std::getline(answer, line.result);
     line.request.resize(mark);
-    if (!result_is_good(line.request, line.status, line.result)) fail(number, "not the result of this call");
   }
+  if (!result_is_good(line.request, line.status, line.result)) fail(number, "not the result of this call");
   if (begins_notification(line.request) && !handle_in(line.request)) fail(number, "not a notification");
   const bool gives_info = starts(line.request, "WDU_GetDeviceInfo") && line.status == success;
   const bool needs_device = gives_info || starts(line.request, "attach");

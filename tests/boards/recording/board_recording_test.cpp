@@ -210,7 +210,8 @@ TEST(BoardRecording, RefusesWhatIsNoRecording) {
         with(good, "-> 0 0.460", "-> 0 -1"), with(good, "02 A5 5A\n", "02 A5 5G\n"),
         with(good, "02 A5 5A\n", "102\n"), with(good, "active 0 0 0", "active 0 7 0"),
         with(good, "active", "actve"), with(good, "0.000 model", "model"), with(good, "attach ", "attach x"),
-        with(good, "attach 257", "attach x -> 0 1")}) {
+        with(good, "attach 257", "attach x -> 0 1"),
+        with(good, "WDU_VB_Init", "WDU_VB_Init 1\n0 WDU_VB_Init")}) {
     std::istringstream in(bad);
     EXPECT_THROW(ReplayingBoard(in, clock), std::runtime_error) << bad;
   }
