@@ -99,6 +99,8 @@ class LabelAccessible final : public QAccessibleWidget {
     if (name.isEmpty() || words.isEmpty()) return name + words;
     return name + ": " + words;
   }
+  // What stands on a label only takes its key.
+  int childCount() const override { return 0; }
 
  private:
   QLabel& label_;
