@@ -250,6 +250,7 @@ QLabel* Arranger::run_state() {
   auto* label = new QLabel(&window_);
   label->setObjectName(run_state_name);
   label->setAccessibleName("State");
+  label->setIndent(2 * gap);  // so that it isn't read on from what stands before it
   return giving_way(label);
 }
 
