@@ -150,8 +150,8 @@ class ComboBinding final : public RowsBinding {
   void released(QPoint) override {}
 
   bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Wheel && !drop_down_->hasFocus()) {
-      event->ignore();  // turning over the panel doesn't turn the choice
+    if (event->type() == QEvent::Wheel) {
+      event->ignore();  // a turn of the wheel over it chooses nothing, which would open a panel or write
       return true;
     }
     if (event->type() == QEvent::KeyPress && chooses_unseen(*static_cast<QKeyEvent*>(event))) {

@@ -13,6 +13,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QWheelEvent>
 
 #include "support/sample_form.h"
 #include "support/window_program.h"
@@ -64,6 +65,22 @@ TEST_F(WindowControls, AFormThatIsClosedWhileItTakesItsNewSizeStaysUntilItHasDon
   window_of(SampleForm::form_name).resize(700, 500);
   turn();
   EXPECT_TRUE(stays);
+}
+
+// It would write to a sensor, or open a panel.
+TEST_F(WindowControls, ATurnOfTheWheelChoosesNothingInADropDown) {
+  auto& drop_down = widget<QComboBox>("cbo");
+  for (const bool focused : {false, true}) {
+    if (focused) drop_down.setFocus();
+    EXPECT_EQ(drop_down.hasFocus(), focused);
+    QWheelEvent turned({5, 5}, drop_down.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton,
+                       Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&drop_down, &turned);
+    EXPECT_FALSE(turned.isAccepted());
+    turn();
+    EXPECT_EQ(form->cbo.ListIndex, -1);
+    EXPECT_EQ(drop_down.currentIndex(), -1);
+  }
 }
 
 TEST_F(WindowControls, EveryControlHasItsWidget) {
