@@ -19,16 +19,7 @@ class ButtonBinding : public Binding {
   ButtonBinding(forms::Control& control, const forms::TextProperty& caption, QAbstractButton* button)
       : Binding(control), caption_(caption), button_(button) {
     adopt(button);
-    connect(button, &QAbstractButton::clicked, this, [this] {
-      const auto click = [this, still_here = alive()] {
-        if (!still_here.expired()) post([this] { forms::user::click(this->control()); });
-      };
-      if (guard) {
-        guard(click);
-      } else {
-        click();
-      }
-    });
+    connect(button, &QAbstractButton::clicked, this, [this] { clicked(); });
   }
 
   void show() override {

@@ -50,6 +50,13 @@ void Binding::watch(QWidget* part) {
   part->installEventFilter(this);
 }
 
+void Binding::clicked() {
+  const auto click = [this, still_here = alive()] {
+    if (!still_here.expired()) post([this] { forms::user::click(control_); });
+  };
+  guard ? guard(click) : click();
+}
+
 void Binding::acts() {
   if (focused_ && !std::exchange(told_of_focus_, true) && control_.handles(Event::GotFocus))
     notify([this] { forms::user::focus(control_); });

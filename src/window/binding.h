@@ -30,7 +30,8 @@ class Binding : public QObject {
   QWidget* widget() const { return widget_; }
   virtual void show();
 
-  // Of a button: asks the user something before the click goes its way, then calls it or doesn't.
+  // Of a button or a menu's entry: asks the user something before the click goes its way, then calls it or
+  // doesn't.
   std::function<void(std::function<void()> click)> guard;
 
  protected:
@@ -41,6 +42,8 @@ class Binding : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
   // The user acts on the control: the program is told now of a focus that came by the keyboard.
   void acts();
+  // The user's click on a button or a menu's entry, by way of the guard.
+  void clicked();
   // A mouse button went up on the control, or was clicked twice.
   virtual void released(QPoint position);
   virtual void clicked_twice();

@@ -6,6 +6,7 @@
 #include <QDropEvent>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScrollArea>
@@ -161,6 +162,7 @@ void FormWindow::guard(const forms::Control& button, std::function<void(std::fun
 void FormWindow::take_files(std::function<void(const QString& path)> take) {
   take_file_ = std::move(take);
   setAcceptDrops(true);
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->setAcceptDrops(false);
 }
 
 void FormWindow::show_comers(const forms::Control& control) {

@@ -18,7 +18,7 @@ class MenuBinding final : public Binding {
  public:
   MenuBinding(forms::Menu& menu, QAction* action) : Binding(menu), menu_(menu), action_(action) {
     action_->setObjectName(to_qt(menu.full_name()));
-    connect(action_, &QAction::triggered, this, [this] { post([this] { forms::user::click(menu_); }); });
+    connect(action_, &QAction::triggered, this, [this] { clicked(); });
   }
   void show() override {
     if (const QString caption = to_caption(menu_.Caption.get()); caption != shown_) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "bridge/run_state.h"
 #include "forms/controls.h"
 #include "forms/user.h"
 #include "window/binding.h"
@@ -60,13 +61,16 @@ Form* sensor_panel(const Program& program) {
   return nullptr;
 }
 
-Control* exit_button(const Form& form) {
-  if (!form.find("cmdCollectData") && !form.find("cmdUSBConnect")) return nullptr;
+std::vector<Control*> exits(const Form& form) {
+  std::vector<Control*> found;
+  if (!form.find("cmdCollectData") && !form.find("cmdUSBConnect")) return found;
   for (Control* control : form.controls()) {
     const auto* button = dynamic_cast<const forms::CommandButton*>(control);
-    if (button && button->Caption == "Exit") return control;
+    const auto* entry = dynamic_cast<const forms::Menu*>(control);
+    if (button && button->Caption == "Exit") found.insert(found.begin(), control);
+    if (entry && entry->Caption == "Exit") found.push_back(control);
   }
-  return nullptr;
+  return found;
 }
 
 Control* start_button(const Program& program, const Form& form) {
@@ -119,7 +123,7 @@ void choose_sensor(Program& program) {
 }
 
 void quit(Program& program) {
-  if (const Form* panel = sensor_panel(program)) exit_button(*panel)->raise(forms::Event::Click);
+  if (const Form* panel = sensor_panel(program)) exits(*panel).front()->raise(forms::Event::Click);
   program.runtime.end();
 }
 
@@ -131,7 +135,9 @@ int unwritten_readings(const Program& program) {
   // The status line tells of a file until the next run begins.
   const auto& status = dynamic_cast<const forms::Label&>(*panel->find("Label18")).Caption.get();
   if (status.find("Measurement set(s) written") != std::string::npos) return 0;
-  return program.store.Sample_Count;
+  // Of this panel: the store may hold those of one that is gone.
+  const varzelin::RunState run = dynamic_cast<const varzelin::Measuring&>(*panel).run_state();
+  return run.store_full ? run.kept : run.captured;
 }
 
 }  // namespace window

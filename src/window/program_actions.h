@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "bridge/program.h"
 
@@ -17,8 +18,9 @@ inline constexpr const char* start_list = "frmStartup";
 
 // The sensor panel that is loaded; null before a sensor is chosen.
 forms::Form* sensor_panel(const varzelin::Program& program);
-// The panel's, or the workbench's, button that leaves the program; null for other forms.
-forms::Control* exit_button(const forms::Form& form);
+// What leaves the program, on a panel or on the workbench: its button, then entries of its menus. None on
+// other forms.
+std::vector<forms::Control*> exits(const forms::Form& form);
 
 // What begins the work of this form, or the panel's collection where the form has none. Null: nothing can
 // begin.

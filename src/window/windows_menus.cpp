@@ -116,7 +116,7 @@ void Windows::leave(std::function<void()> go_on) {
                               QString::number(lost) + " readings were never written to disk.",
                               QMessageBox::NoButton, front_window());
   question_->setAttribute(Qt::WA_DeleteOnClose);
-  QPushButton* lose = question_->addButton("&Leave Them", QMessageBox::AcceptRole);
+  QPushButton* lose = question_->addButton("&Discard Them", QMessageBox::AcceptRole);
   question_->setDefaultButton(question_->addButton(QMessageBox::Cancel));
   QObject::connect(lose, &QPushButton::clicked, question_, go_on);
   question_->open();  // a collection under way goes on
@@ -134,8 +134,8 @@ bool Windows::act_when_idle() {
 }
 
 void Windows::guard_exit(FormWindow& form_window) {
-  if (const forms::Control* button = exit_button(form_window.form()))
-    form_window.guard(*button, [this](const std::function<void()>& click) { leave(click); });
+  for (const forms::Control* control : exits(form_window.form()))
+    form_window.guard(*control, [this](const std::function<void()>& click) { leave(click); });
 }
 
 // The workbench ends the program when it is unloaded, so what was opened beside a panel is only hidden.

@@ -260,7 +260,7 @@ TEST_F(WindowMenus, LeavingWithUnwrittenReadingsAsksOnce) {
   EXPECT_FALSE(turn_ends());
   EXPECT_TRUE(window_of(panel).isVisible());
   click(panel, "CommandButton1");
-  answer("Leave Them");
+  answer("Discard Them");
   EXPECT_TRUE(turn_ends());
 }
 
@@ -273,7 +273,7 @@ TEST_F(WindowMenus, ChoosingAnotherSensorAsksBeforeReadingsAreLost) {
   EXPECT_TRUE(program.forms.loaded(panel));
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   in_menu("Windows", "Choose a Sensor\u2026")->trigger();
-  answer("Leave Them");
+  answer("Discard Them");
   turn();
   EXPECT_FALSE(idle_turn_ends());
   EXPECT_FALSE(program.forms.loaded(panel));
@@ -290,11 +290,53 @@ TEST_F(WindowMenus, LeavingWithWrittenReadingsOrWithFewAsksNothing) {
   EXPECT_TRUE(idle_turn_ends());
 }
 
+TEST_F(WindowMenus, TheExitInTheWorkbenchsMenuAsksToo) {
+  open_panel();
+  collect_and_stop();
+  entry(panel, "Register Workbench")->trigger();
+  turn();
+  const auto leave = [this] { window_of("frmI2C_General").findChild<QAction*>("mnuUsbDiag(4)")->trigger(); };
+  leave();
+  EXPECT_FALSE(turn_ends());
+  answer("Cancel");
+  EXPECT_FALSE(turn_ends());
+  EXPECT_TRUE(program.forms.loaded("frmI2C_General"));
+  leave();
+  answer("Discard Them");
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, ThePanelThatComesNextIsntAskedAboutTheReadingsOfTheOneBefore) {
+  open_panel();
+  collect_and_stop();
+  in_menu("Windows", "Choose a Sensor\u2026")->trigger();
+  answer("Discard Them");
+  turn();
+  EXPECT_FALSE(idle_turn_ends());
+  choose_model(1);
+  EXPECT_GE(program.store.Sample_Count, 40);
+  window_of("frmKVT71344").close();
+  EXPECT_TRUE(turn_ends());
+}
+
+TEST_F(WindowMenus, TheQuestionCountsAsThePanelDoes) {
+  open_panel();
+  collect_and_stop();
+  const int captured = program.forms.touch<frmKVT71346>().run_state().captured;
+  EXPECT_GE(captured, 30);
+  window_of(panel).close();
+  EXPECT_FALSE(turn_ends());
+  ASSERT_TRUE(windows.leaving_question());
+  EXPECT_EQ(windows.leaving_question()->text(),
+            QString::number(captured) + " readings were never written to disk.");
+  answer("Cancel");
+}
+
 TEST_F(WindowMenus, QuitEndsARunningCollectionOnceTheReadingsMayGo) {
   open_panel();
   collect(40, [&] {
     in_menu("Program", "Quit")->trigger();
-    answer("Leave Them");
+    answer("Discard Them");
   });
   EXPECT_TRUE(idle_turn_ends());
   EXPECT_TRUE(program.runtime.ended());
@@ -411,7 +453,7 @@ TEST_F(WindowMenus, QuitWorksInWindowsWithoutMenus) {
   }
   come_forward(*windows.bench());
   QTest::keyClick(windows.bench(), Qt::Key_Q, Qt::ControlModifier);
-  answer("Leave Them");
+  answer("Discard Them");
   EXPECT_TRUE(idle_turn_ends());
 }
 
@@ -465,6 +507,9 @@ TEST_F(WindowMenus, AScriptDroppedOnItsPanelIsLoaded) {
   QMimeData data;
   data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
   window::FormWindow& script = window_of("frmScriptOps");
+  for (const QLineEdit* box : script.findChildren<QLineEdit*>()) {
+    EXPECT_FALSE(box->acceptDrops()) << "would take the file's name as a text";
+  }
   QDragEnterEvent enters({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
   QApplication::sendEvent(&script, &enters);
   EXPECT_TRUE(enters.isAccepted());
