@@ -70,6 +70,18 @@ TEST_F(ConsoleTime, ALineThatFindsNoRoomIsRefusedAtOnceOrAnsweredInTheEnd) {
   EXPECT_EQ(written[67], "ok");
 }
 
+TEST_F(ConsoleTime, AStartThatFindsNoRoomAmongThoseThatWaitIsRefused) {
+  constexpr std::size_t running = 64;
+  constexpr std::size_t waiting = forms::Runtime::most_events;
+  Lines lines = repeated(running, "start click frmBench.cmdOther");
+  const Lines more = repeated(waiting + 1, "start click frmBench.cmdCount");
+  lines.insert(lines.end(), more.begin(), more.end());
+  const Lines written = run(lines);
+  ASSERT_EQ(written.size(), lines.size());
+  EXPECT_EQ(written[running + waiting - 1], "ok");
+  EXPECT_EQ(written.back(), "error too many events wait");
+}
+
 TEST_F(ConsoleTime, WhatWaitedForRoomAndIsGoneByThenDoesNothing) {
   Lines lines = repeated(64, "start click frmBench.cmdLong");
   lines.insert(lines.end(), {"start click frmBench.cmdCount", "start set frmBench.Visible false",
