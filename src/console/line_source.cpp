@@ -8,12 +8,14 @@
 #include <cerrno>
 #include <utility>
 
+#include "forms/files.h"
+
 namespace console {
 
 LineSource::Result StreamLines::next(std::string& line, std::optional<std::chrono::nanoseconds>) {
   if (!std::getline(in_, line)) return Result::End;
   if (in_.eof()) return Result::HalfLine;
-  return line.size() > longest_line ? Result::TooLong : Result::Line;
+  return line.size() > forms::longest_line ? Result::TooLong : Result::Line;
 }
 
 LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::chrono::nanoseconds> limit) {
@@ -22,7 +24,7 @@ LineSource::Result DescriptorLines::next(std::string& line, std::optional<std::c
     if (!readable(limit)) return Result::NotYet;
     receive();
   }
-  return std::exchange(cut_, false) || line.size() > longest_line ? Result::TooLong : Result::Line;
+  return std::exchange(cut_, false) || line.size() > forms::longest_line ? Result::TooLong : Result::Line;
 }
 
 bool DescriptorLines::take_line(std::string& line) {
@@ -42,8 +44,8 @@ bool DescriptorLines::take_line(std::string& line) {
 }
 
 void DescriptorLines::cut_long_line() {
-  if (buffer_.size() - begin_ <= longest_line) return;
-  buffer_.resize(begin_ + longest_line);
+  if (buffer_.size() - begin_ <= forms::longest_line) return;
+  buffer_.resize(begin_ + forms::longest_line);
   searched_ = buffer_.size();
   cut_ = true;
 }

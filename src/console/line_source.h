@@ -8,13 +8,11 @@
 
 namespace console {
 
-inline constexpr std::size_t longest_line = 1024 * 1024;  // in bytes, without its end
-
 class LineSource {
  public:
   enum class Result {
     Line,
-    TooLong,   // longer than longest_line: its beginning, the rest is passed over
+    TooLong,   // longer than forms::longest_line: its beginning, the rest is passed over
     HalfLine,  // what stands behind the last line end: perhaps not all that was meant
     NotYet,
     End

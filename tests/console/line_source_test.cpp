@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "forms/files.h"
+
 namespace {
 
 using console::LineSource;
@@ -83,16 +85,16 @@ void expect_only_the_first_line_is_too_long(LineSource& lines) {
   EXPECT_EQ(lines.next(line, std::nullopt), Result::TooLong);
   EXPECT_EQ(line.substr(0, 8), "get xxxx");
   EXPECT_EQ(lines.next(line, std::nullopt), Result::Line);
-  EXPECT_EQ(line.size(), console::longest_line);
+  EXPECT_EQ(line.size(), forms::longest_line);
   EXPECT_EQ(lines.next(line, std::nullopt), Result::Line);
   EXPECT_EQ(line, "clock");
 }
 
 // By one byte, and by more than is read at once.
 TEST(ConsoleLineSource, ALineOfMoreThanOneMiBIsToldAndPassedOver) {
-  for (const std::size_t length : {console::longest_line + 1, 3 * console::longest_line}) {
+  for (const std::size_t length : {forms::longest_line + 1, 3 * forms::longest_line}) {
     const std::string text =
-        "get " + std::string(length - 4, 'x') + "\n" + std::string(console::longest_line, 'y') + "\nclock\n";
+        "get " + std::string(length - 4, 'x') + "\n" + std::string(forms::longest_line, 'y') + "\nclock\n";
     std::istringstream stream_text(text);
     console::StreamLines stream(stream_text);
     expect_only_the_first_line_is_too_long(stream);
@@ -107,13 +109,13 @@ TEST(ConsoleLineSource, ALineOfMoreThanOneMiBIsToldAndPassedOver) {
 TEST(ConsoleLineSource, OfALineWithoutEndOnlyOneMiBIsKept) {
   Pipe pipe;
   std::thread writer([&] {
-    pipe.write(std::string(5 * console::longest_line, 'x'));
+    pipe.write(std::string(5 * forms::longest_line, 'x'));
     pipe.close_in();
   });
   console::DescriptorLines lines(pipe.out);
   std::string line;
   EXPECT_EQ(lines.next(line, std::nullopt), Result::HalfLine);
-  EXPECT_EQ(line.size(), console::longest_line);
+  EXPECT_EQ(line.size(), forms::longest_line);
   writer.join();
 }
 
